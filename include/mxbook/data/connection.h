@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace mxbook::db {
+
+namespace detail {
+class ConnectionImpl;
+}
+
+// A connection to one Firebird database, opened with a connection string
+// (see ConnectionString). Every statement it runs by itself is committed at
+// once. Closing it closes the data sets reading from it.
+class Connection {
+public:
+    Connection();
+    explicit Connection(std::string connectionString);
+    ~Connection();
+    Connection(Connection&&) noexcept;
+    Connection& operator=(Connection&&) noexcept;
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    void setConnectionString(std::string connectionString);
+    const std::string& connectionString() const { return connectionString_; }
+
+    // Throws db::Error when the string is malformed, names a provider this
+    // machine does not offer, or the database cannot be reached.
+    void open();
+    void open(std::string connectionString);
+    void close() noexcept;
+    bool isOpen() const;
+
+    // Creates the database at the string's Location, its text kept in the
+    // string's ctype (WIN1251 when not given), and leaves it open.
+    void create(std::string connectionString);
+
+    // Runs one statement that returns no rows; returns the rows it changed.
+    std::int64_t execute(std::string_view sql);
+    // Runs a script of statements as isql would ("SET TERM" included).
+    void executeScript(std::string_view script);
+    // The next value of a generator (sequence): it advances by one.
+    std::int64_t nextGeneratorValue(std::string_view generator);
+
+    // The providers this machine offers, by name; a connection string must
+    // name one of them (compared without regard to case).
+    static std::vector<std::string> providerNames();
+    // Replaces that list, as a host or a test may; defaultProviderNames() restores it.
+    static void setProviderNames(std::vector<std::string> names);
+    static std::vector<std::string> defaultProviderNames();
+
+    // For the data sets of this connection.
+    const std::shared_ptr<detail::ConnectionImpl>& impl() const { return impl_; }
+
+private:
+    std::string connectionString_;
+    std::shared_ptr<detail::ConnectionImpl> impl_;
+};
+
+}  // namespace mxbook::db

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include "mxbook/data/connection.h"
+#include "mxbook/data/field_info.h"
+#include "mxbook/data/value.h"
+
+namespace mxbook::db {
+
+class DataSet;
+
+// A field of the data set's current row. It reads the row at the moment it
+// is asked, so one Field follows the data set as it moves.
+class Field {
+public:
+    const FieldInfo& info() const;
+    const std::string& name() const { return info().name; }
+    FieldType type() const { return info().type; }
+
+    bool isNull() const;
+    Value value() const;
+    std::string asText() const { return value().asText(); }
+    int asInt() const { return value().asInt(); }
+    std::int64_t asInt64() const { return value().asInt64(); }
+    double asDouble() const { return value().asDouble(); }
+    Date asDate() const { return value().asDate(); }
+    Time asTime() const { return value().asTime(); }
+    Timestamp asTimestamp() const { return value().asTimestamp(); }
+    bool asBool() const { return value().asBool(); }
+    // The field's content as a stream of bytes (a blob's, or the text's).
+    std::istringstream blobStream() const { return std::istringstream(value().asText()); }
+
+private:
+    friend class DataSet;
+    Field(const DataSet& dataSet, int index) : dataSet_(&dataSet), index_(index) {}
+    const DataSet* dataSet_;
+    int index_;
+};
+
+// The rows of one query on a connection, with a current row.
+//
+// Rows are fetched as the data set moves (recordCount() fetches them all).
+// The rows of a query on one table that carries a primary key (as
+// "Select * From T") can be changed: edit() or insert(), setValue(), post().
+// Posted changes and deletions are pending until updateBatch() stores them
+// all in one transaction; close() and destruction drop what is still pending.
+class DataSet {
+public:
+    enum class State { inactive, browse, edit, insert };
+
+    explicit DataSet(Connection& connection);
+    DataSet(Connection& connection, std::string sql);
+    ~DataSet();
+    DataSet(DataSet&&) noexcept;
+    DataSet& operator=(DataSet&&) noexcept;
+    DataSet(const DataSet&) = delete;
+    DataSet& operator=(const DataSet&) = delete;
+
+    void setSql(std::string sql);
+    const std::string& sql() const;
+    // The value of parameter ":name" in the SQL text (name given without ':',
+    // matched without regard to case). Parameters never set are NULL.
+    void setParam(std::string_view name, Value value);
+
+    void open();
+    void close() noexcept;
+    bool isOpen() const { return state() != State::inactive; }
+    State state() const;
+    // Runs a statement that returns no rows, with the parameters, and commits;
+    // returns the rows it changed.
+    std::int64_t execute();
+
+    void first();
+    void next();
+    bool eof();
+    int recordCount();
+
+    int fieldCount() const;
+    const FieldInfo& fieldInfo(int index) const;
+    bool hasField(std::string_view name) const;
+    // Throws db::Error when there is no such field.
+    Field field(int index) const;
+    Field field(std::string_view name) const;
+
+    // Moves to the first row whose column equals the value (after conversion
+    // to the column's type; text compares exactly). Stays put and returns
+    // false when no row matches.
+    bool locate(std::string_view column, const Value& value);
+
+    void edit();
+    // A new row before the current one / after the last one.
+    void insert();
+    void append();
+    // Sets a field of the row being edited or inserted, converted to the
+    // field's type (ConversionError when it does not convert).
+    void setValue(int index, const Value& value);
+    void setValue(std::string_view name, const Value& value);
+    void post();
+    void cancel();
+    // Deletes the current row; the next one becomes current.
+    void remove();
+    // Stores every pending change in one transaction. On failure nothing is
+    // stored and the changes stay pending.
+    void updateBatch();
+    bool hasPendingChanges() const;
+
+private:
+    friend class Field;
+    class Impl;
+    const Value& currentValue(int index) const;
+    int checkedIndex(int index) const;
+    int indexOf(std::string_view name) const;
+
+    std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace mxbook::db

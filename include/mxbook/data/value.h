@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "mxbook/date.h"
+#include "mxbook/format.h"
+
+namespace mxbook::db {
+
+enum class ValueKind { null, integer, floating, text, date, time, timestamp, boolean };
+
+// A field's value of any type, or NULL. Reading it as another type converts
+// the way a data-entry form would: NULL reads as 0, "", false or the zero
+// date; texts are parsed (ConversionError when they do not parse); dates and
+// numbers become text in the user's format settings.
+class Value {
+public:
+    Value() = default;
+    Value(std::nullptr_t) {}
+    Value(int value) : value_(std::int64_t{value}) {}
+    Value(std::int64_t value) : value_(value) {}
+    Value(double value) : value_(value) {}
+    Value(bool value) : value_(value) {}
+    Value(std::string value) : value_(std::move(value)) {}
+    Value(std::string_view value) : value_(std::string(value)) {}
+    Value(const char* value) : value_(std::string(value)) {}
+    Value(Date value) : value_(value) {}
+    Value(Time value) : value_(value) {}
+    Value(Timestamp value) : value_(value) {}
+
+    ValueKind kind() const { return static_cast<ValueKind>(value_.index()); }
+    bool isNull() const { return kind() == ValueKind::null; }
+
+    std::string asText(const FormatSettings& settings) const;
+    std::string asText() const;
+    int asInt() const;
+    std::int64_t asInt64() const;
+    double asDouble() const;
+    Date asDate(const FormatSettings& settings) const;
+    Date asDate() const;
+    Time asTime() const;
+    Timestamp asTimestamp(const FormatSettings& settings) const;
+    Timestamp asTimestamp() const;
+    bool asBool() const;
+
+    // Same kind and same value; NULL equals NULL.
+    friend bool operator==(const Value&, const Value&) = default;
+
+private:
+    // The alternatives follow ValueKind.
+    std::variant<std::monostate, std::int64_t, double, std::string, Date, Time, Timestamp, bool> value_;
+};
+
+// Text for a literal inside SQL text: in apostrophes, each apostrophe doubled.
+std::string quoted(std::string_view text);
+
+}  // namespace mxbook::db

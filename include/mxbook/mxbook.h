@@ -1,0 +1,9 @@
+// The whole public interface of mxbook.
+#pragma once
+
+#include "mxbook/data.h"
+#include "mxbook/date.h"
+#include "mxbook/error.h"
+#include "mxbook/format.h"
+#include "mxbook/host.h"
+#include "mxbook/text.h"

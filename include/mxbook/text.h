@@ -1,0 +1,27 @@
+// Text and number routines shared by every subsystem.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace mxbook {
+
+// Blanks and control characters removed from both ends / the end.
+std::string trim(std::string_view text);
+std::string trimRight(std::string_view text);
+
+// Every occurrence of `from` replaced by `to`, left to right.
+std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
+
+// A decimal integer with an optional sign and surrounding blanks. Throws
+// ConversionError for anything else, or when the value does not fit.
+int parseInt(std::string_view text);
+std::int64_t parseInt64(std::string_view text);
+
+// Rounds to `digits` decimal places, halves away from zero: 12.5 gives 13,
+// -12.5 gives -13. A value that misses a half only by the binary
+// representation (0.3 * 25) counts as the half.
+double roundHalfAwayFromZero(double value, int digits = 0);
+
+}  // namespace mxbook

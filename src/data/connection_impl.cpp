@@ -1,0 +1,153 @@
+#include "connection_impl.h"
+
+namespace mxbook::db::detail {
+
+namespace {
+
+constexpr const char* primaryKeySql =
+    "select trim(s.rdb$field_name) from rdb$relation_constraints c "
+    "join rdb$index_segments s on s.rdb$index_name = c.rdb$index_name "
+    "where c.rdb$constraint_type = 'PRIMARY KEY' and c.rdb$relation_name = ? "
+    "order by s.rdb$field_position";
+
+// Firebird keeps the text of the database in its own character set; this
+// connection always speaks UTF-8 and lets Firebird transliterate.
+constexpr const char* connectionCharSet = "UTF8";
+constexpr const char* defaultDatabaseCharSet = "WIN1251";
+constexpr int pageSize = 8192;
+
+}  // namespace
+
+void ConnectionImpl::attach(const ConnectionString& settings, bool create) {
+    detach();
+    fb::Status status;
+    fb::guarded({}, [&] {
+        fb::IXpbBuilder* dpb = fb::util()->getXpbBuilder(&status, fb::IXpbBuilder::DPB, nullptr, 0);
+        struct Disposer {
+            fb::IXpbBuilder* builder;
+            ~Disposer() { builder->dispose(); }
+        } disposer{dpb};
+        dpb->insertString(&status, isc_dpb_lc_ctype, connectionCharSet);
+        if (!settings.userId.empty()) dpb->insertString(&status, isc_dpb_user_name, settings.userId.c_str());
+        if (!settings.password.empty()) dpb->insertString(&status, isc_dpb_password, settings.password.c_str());
+        if (create) {
+            const std::string charSet = settings.ctype.empty() ? defaultDatabaseCharSet : settings.ctype;
+            dpb->insertString(&status, isc_dpb_set_db_charset, charSet.c_str());
+            dpb->insertInt(&status, isc_dpb_page_size, pageSize);
+            dpb->insertInt(&status, isc_dpb_sql_dialect, SQL_DIALECT_V6);
+        }
+        const auto length = dpb->getBufferLength(&status);
+        const auto* buffer = dpb->getBuffer(&status);
+        attachment_ = create ? fb::provider()->createDatabase(&status, settings.location.c_str(), length, buffer)
+                             : fb::provider()->attachDatabase(&status, settings.location.c_str(), length, buffer);
+    });
+}
+
+void ConnectionImpl::detach() noexcept {
+    // Copy first: a user untracks itself while releasing.
+    const auto users = cursorUsers_;
+    for (CursorUser* user : users) user->releaseCursor();
+    cursorUsers_.clear();
+    statements_.clear();
+    primaryKeys_.clear();
+    if (!attachment_) return;
+    fb::CheckStatusWrapper status(fb::master()->getStatus());
+    attachment_->detach(&status);
+    if (status.getState() & fb::IStatus::STATE_ERRORS) attachment_->release();
+    status.dispose();
+    attachment_ = nullptr;
+}
+
+fb::IAttachment* ConnectionImpl::attachment() const {
+    if (!attachment_) throw Error("the connection is closed");
+    return attachment_;
+}
+
+std::shared_ptr<Prepared> ConnectionImpl::prepare(fb::ITransaction* transaction, const std::string& sql) {
+    return statements_.acquire(attachment(), transaction, sql);
+}
+
+std::vector<Value> ConnectionImpl::run(fb::Transaction& transaction, const std::string& sql,
+                                       const std::vector<Value>& params, std::int64_t* affected) {
+    const auto prepared = prepare(transaction.get(), sql);
+    InputMessage input(prepared->input(), params, attachment(), transaction.get());
+    fb::IMessageMetadata* output = prepared->output();
+    fb::Status status;
+    return fb::guarded(sql, [&] {
+        std::vector<unsigned char> row(output ? output->getMessageLength(&status) : 0);
+        prepared->statement()->execute(&status, transaction.get(), input.metadata(), input.buffer(), output,
+                                       row.empty() ? nullptr : row.data());
+        if (affected) *affected = static_cast<std::int64_t>(prepared->statement()->getAffectedRecords(&status));
+        std::vector<Value> returned;
+        for (const Column& column : prepared->columns())
+            returned.push_back(decode(column, row.data(), attachment(), transaction.get()));
+        return returned;
+    });
+}
+
+const std::vector<std::string>& ConnectionImpl::primaryKey(const std::string& table) {
+    if (auto found = primaryKeys_.find(table); found != primaryKeys_.end()) return found->second;
+    std::vector<std::string> key;
+    for (const auto& row : queryRows(*this, primaryKeySql, {Value(table)})) key.push_back(row.at(0).asText());
+    return primaryKeys_[table] = std::move(key);
+}
+
+Cursor::Cursor(ConnectionImpl& connection, const std::string& sql, const std::vector<Value>& params)
+    : attachment_(connection.attachment()),
+      transaction_(attachment_, fb::Transaction::Kind::read),
+      prepared_(connection.prepare(transaction_.get(), sql)),
+      columns_(prepared_->sharedColumns()),
+      returnsRows_(prepared_->hasCursor()),
+      sql_(sql) {
+    if (!returnsRows_) return;
+    InputMessage input(prepared_->input(), params, attachment_, transaction_.get());
+    fb::Status status;
+    fb::guarded(sql, [&] {
+        resultSet_ = prepared_->statement()->openCursor(&status, transaction_.get(), input.metadata(), input.buffer(),
+                                                        prepared_->output(), 0);
+        buffer_.assign(prepared_->output()->getMessageLength(&status), 0);
+    });
+}
+
+bool Cursor::fetch(std::vector<Value>& row) {
+    if (!resultSet_) return false;
+    fb::Status status;
+    const bool fetched = fb::guarded(sql_, [&] {
+        return resultSet_->fetchNext(&status, buffer_.data()) == fb::IStatus::RESULT_OK;
+    });
+    if (!fetched) {
+        close();
+        return false;
+    }
+    const auto& columns = *columns_;
+    row.resize(columns.size());
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        row[i] = decode(columns[i], buffer_.data(), attachment_, transaction_.get());
+    return true;
+}
+
+void Cursor::close() noexcept {
+    if (resultSet_) {
+        fb::CheckStatusWrapper status(fb::master()->getStatus());
+        resultSet_->close(&status);
+        if (status.getState() & fb::IStatus::STATE_ERRORS) resultSet_->release();
+        status.dispose();
+        resultSet_ = nullptr;
+    }
+    try {
+        transaction_.commit();
+    } catch (const Error&) {
+        transaction_.rollback();  // a read-only transaction has nothing to lose
+    }
+    prepared_.reset();
+}
+
+std::vector<std::vector<Value>> queryRows(ConnectionImpl& connection, const std::string& sql,
+                                          const std::vector<Value>& params) {
+    Cursor cursor(connection, sql, params);
+    std::vector<std::vector<Value>> rows;
+    for (std::vector<Value> row; cursor.fetch(row);) rows.push_back(row);
+    return rows;
+}
+
+}  // namespace mxbook::db::detail

@@ -1,0 +1,90 @@
+// One attachment to a database and what lives with it: its cached
+// statements, the primary keys of its tables, and the data sets reading from it.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "firebird.h"
+#include "mxbook/data/connection_string.h"
+#include "statement.h"
+
+namespace mxbook::db::detail {
+
+// A data set with an open cursor; told to let go of it before the attachment goes.
+class CursorUser {
+public:
+    virtual void releaseCursor() noexcept = 0;
+
+protected:
+    ~CursorUser() = default;
+};
+
+class ConnectionImpl {
+public:
+    ConnectionImpl() = default;
+    ~ConnectionImpl() { detach(); }
+    ConnectionImpl(const ConnectionImpl&) = delete;
+    ConnectionImpl& operator=(const ConnectionImpl&) = delete;
+
+    void attach(const ConnectionString& settings, bool create);
+    void detach() noexcept;
+    bool isOpen() const { return attachment_ != nullptr; }
+    // Throws db::Error when the connection is closed.
+    fb::IAttachment* attachment() const;
+
+    std::shared_ptr<Prepared> prepare(fb::ITransaction* transaction, const std::string& sql);
+
+    // Runs a statement without a cursor in `transaction`; returns what its
+    // RETURNING clause gives (empty without one). `affected` receives the
+    // number of rows it changed.
+    std::vector<Value> run(fb::Transaction& transaction, const std::string& sql, const std::vector<Value>& params,
+                           std::int64_t* affected = nullptr);
+
+    // The primary key's columns of a table, in key order; empty without one.
+    const std::vector<std::string>& primaryKey(const std::string& table);
+
+    void track(CursorUser* user) { cursorUsers_.insert(user); }
+    void untrack(CursorUser* user) { cursorUsers_.erase(user); }
+
+private:
+    fb::IAttachment* attachment_ = nullptr;
+    StatementCache statements_{128};
+    std::map<std::string, std::vector<std::string>> primaryKeys_;
+    std::set<CursorUser*> cursorUsers_;
+};
+
+// An open cursor over a query's rows, in a read-only transaction of its own
+// that ends when the last row has been read or the cursor is closed.
+class Cursor {
+public:
+    Cursor(ConnectionImpl& connection, const std::string& sql, const std::vector<Value>& params);
+    ~Cursor() { close(); }
+    Cursor(const Cursor&) = delete;
+    Cursor& operator=(const Cursor&) = delete;
+
+    const std::shared_ptr<const std::vector<Column>>& columns() const { return columns_; }
+    bool returnsRows() const { return returnsRows_; }
+    // The next row; false at the end, where the cursor closes itself.
+    bool fetch(std::vector<Value>& row);
+    void close() noexcept;
+
+private:
+    fb::IAttachment* attachment_;
+    fb::Transaction transaction_;
+    std::shared_ptr<Prepared> prepared_;
+    std::shared_ptr<const std::vector<Column>> columns_;
+    bool returnsRows_;
+    std::string sql_;
+    fb::IResultSet* resultSet_ = nullptr;
+    std::vector<unsigned char> buffer_;
+};
+
+// Reads every row of a query at once.
+std::vector<std::vector<Value>> queryRows(ConnectionImpl& connection, const std::string& sql,
+                                          const std::vector<Value>& params = {});
+
+}  // namespace mxbook::db::detail

@@ -1,0 +1,239 @@
+#include "message.h"
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+#include "mxbook/error.h"
+#include "mxbook/text.h"
+
+namespace mxbook::db::detail {
+
+namespace {
+
+// Firebird counts dates from 17.11.1858, this library from 30.12.1899.
+constexpr int firebirdDayOfDateZero = 15018;
+constexpr unsigned charSetOctets = 1;
+constexpr unsigned charSetUtf8 = 4;
+constexpr unsigned blobChunk = 32768;
+
+template <typename T>
+T load(const unsigned char* at) {
+    T value;
+    std::memcpy(&value, at, sizeof value);
+    return value;
+}
+
+template <typename T>
+void store(unsigned char* at, T value) {
+    std::memcpy(at, &value, sizeof value);
+}
+
+FieldType fieldTypeOf(unsigned sqlType, int subType, int scale) {
+    switch (sqlType) {
+        case SQL_SHORT: case SQL_LONG: case SQL_INT64: return scale == 0 ? FieldType::integer : FieldType::numeric;
+        case SQL_FLOAT: case SQL_DOUBLE: case SQL_D_FLOAT: return FieldType::floating;
+        case SQL_TYPE_DATE: return FieldType::date;
+        case SQL_TYPE_TIME: return FieldType::time;
+        case SQL_TIMESTAMP: return FieldType::timestamp;
+        case SQL_BOOLEAN: return FieldType::boolean;
+        case SQL_BLOB: return subType == 1 ? FieldType::textBlob : FieldType::blob;
+        default: return FieldType::text;
+    }
+}
+
+bool holdsText(FieldType type) {
+    return type == FieldType::text || type == FieldType::blob || type == FieldType::textBlob;
+}
+
+double powerOfTen(int exponent) { return std::pow(10.0, exponent); }
+
+std::string readBlob(ISC_QUAD id, fb::IAttachment* attachment, fb::ITransaction* transaction) {
+    fb::Status status;
+    fb::IBlob* blob = attachment->openBlob(&status, transaction, &id, 0, nullptr);
+    fb::Ref<fb::IBlob> owner(blob);
+    std::string content;
+    std::vector<char> chunk(blobChunk);
+    for (;;) {
+        unsigned length = 0;
+        const int result = blob->getSegment(&status, blobChunk, chunk.data(), &length);
+        if (result != fb::IStatus::RESULT_OK && result != fb::IStatus::RESULT_SEGMENT) break;
+        content.append(chunk.data(), length);
+    }
+    blob->close(&status);
+    owner.release();  // close released it
+    return content;
+}
+
+ISC_QUAD writeBlob(const std::string& content, fb::IAttachment* attachment, fb::ITransaction* transaction) {
+    fb::Status status;
+    ISC_QUAD id{};
+    fb::IBlob* blob = attachment->createBlob(&status, transaction, &id, 0, nullptr);
+    fb::Ref<fb::IBlob> owner(blob);
+    for (std::size_t at = 0; at < content.size(); at += blobChunk) {
+        const std::size_t length = std::min<std::size_t>(blobChunk, content.size() - at);
+        blob->putSegment(&status, static_cast<unsigned>(length), content.data() + at);
+    }
+    blob->close(&status);
+    owner.release();
+    return id;
+}
+
+template <typename T>
+T checkedInteger(const Value& value, std::int64_t number) {
+    if (number < std::numeric_limits<T>::min() || number > std::numeric_limits<T>::max())
+        throw ConversionError(value.asText(), "number in the field's range");
+    return static_cast<T>(number);
+}
+
+void encode(const Column& column, const Value& value, unsigned char* message, fb::IAttachment* attachment,
+            fb::ITransaction* transaction) {
+    store<short>(message + column.nullOffset, value.isNull() ? -1 : 0);
+    if (value.isNull()) return;
+    unsigned char* at = message + column.offset;
+    std::int64_t scaled = 0;
+    if (column.sqlType == SQL_SHORT || column.sqlType == SQL_LONG || column.sqlType == SQL_INT64)
+        scaled = column.scale == 0 ? value.asInt64()
+                                   : static_cast<std::int64_t>(std::llround(value.asDouble() * powerOfTen(-column.scale)));
+    switch (column.sqlType) {
+        case SQL_VARYING: {
+            const std::string text = value.asText();
+            store<unsigned short>(at, static_cast<unsigned short>(text.size()));
+            std::memcpy(at + 2, text.data(), text.size());
+            break;
+        }
+        case SQL_SHORT: store(at, checkedInteger<std::int16_t>(value, scaled)); break;
+        case SQL_LONG: store(at, checkedInteger<std::int32_t>(value, scaled)); break;
+        case SQL_INT64: store(at, scaled); break;
+        case SQL_FLOAT: store(at, static_cast<float>(value.asDouble())); break;
+        case SQL_DOUBLE: case SQL_D_FLOAT: store(at, value.asDouble()); break;
+        case SQL_TYPE_DATE: store<ISC_DATE>(at, value.asDate().serial() + firebirdDayOfDateZero); break;
+        case SQL_TYPE_TIME: store(at, static_cast<ISC_TIME>(value.asTime().ticks())); break;
+        case SQL_TIMESTAMP: {
+            const Timestamp stamp = value.asTimestamp();
+            store(at, ISC_TIMESTAMP{stamp.date.serial() + firebirdDayOfDateZero,
+                                    static_cast<ISC_TIME>(stamp.time.ticks())});
+            break;
+        }
+        case SQL_BOOLEAN: store<FB_BOOLEAN>(at, value.asBool() ? FB_TRUE : FB_FALSE); break;
+        case SQL_BLOB: store(at, writeBlob(value.asText(), attachment, transaction)); break;
+        default: throw Error("parameters of SQL type " + std::to_string(column.sqlType) + " are not supported");
+    }
+}
+
+}  // namespace
+
+std::vector<Column> describe(fb::IMessageMetadata* metadata) {
+    fb::Status status;
+    return fb::guarded({}, [&] {
+        std::vector<Column> columns(metadata->getCount(&status));
+        for (unsigned i = 0; i < columns.size(); ++i) {
+            Column& c = columns[i];
+            c.sqlType = metadata->getType(&status, i);
+            c.subType = metadata->getSubType(&status, i);
+            c.length = metadata->getLength(&status, i);
+            c.scale = metadata->getScale(&status, i);
+            c.charSet = metadata->getCharSet(&status, i);
+            c.offset = metadata->getOffset(&status, i);
+            c.nullOffset = metadata->getNullOffset(&status, i);
+            c.info.name = metadata->getAlias(&status, i);
+            c.info.table = metadata->getRelation(&status, i);
+            c.info.column = metadata->getField(&status, i);
+            c.info.nullable = metadata->isNullable(&status, i);
+            c.info.type = fieldTypeOf(c.sqlType, c.subType, c.scale);
+        }
+        return columns;
+    });
+}
+
+Value convertForField(const Value& value, FieldType type) {
+    if (value.isNull()) return value;
+    if (holdsText(type)) return value.kind() == ValueKind::text ? value : Value(value.asText());
+    if (value.kind() == ValueKind::text && trim(value.asText()).empty()) return Value();
+    switch (type) {
+        case FieldType::integer: return value.asInt64();
+        case FieldType::numeric: case FieldType::floating: return value.asDouble();
+        case FieldType::date: return value.asDate();
+        case FieldType::time: return value.asTime();
+        case FieldType::timestamp: return value.asTimestamp();
+        case FieldType::boolean: return value.asBool();
+        default: return value;
+    }
+}
+
+Value decode(const Column& column, const unsigned char* row, fb::IAttachment* attachment,
+             fb::ITransaction* transaction) {
+    if (load<short>(row + column.nullOffset) != 0) return Value();
+    const unsigned char* at = row + column.offset;
+    const auto scaledNumber = [&](std::int64_t number) -> Value {
+        if (column.scale == 0) return number;
+        return static_cast<double>(number) * powerOfTen(column.scale);
+    };
+    switch (column.sqlType) {
+        case SQL_VARYING:
+            return std::string(reinterpret_cast<const char*>(at + 2), load<unsigned short>(at));
+        case SQL_TEXT: {
+            std::string text(reinterpret_cast<const char*>(at), column.length);
+            if (column.charSet != charSetOctets) text.erase(text.find_last_not_of(' ') + 1);
+            return text;
+        }
+        case SQL_SHORT: return scaledNumber(load<std::int16_t>(at));
+        case SQL_LONG: return scaledNumber(load<std::int32_t>(at));
+        case SQL_INT64: return scaledNumber(load<std::int64_t>(at));
+        case SQL_FLOAT: return static_cast<double>(load<float>(at));
+        case SQL_DOUBLE: case SQL_D_FLOAT: return load<double>(at);
+        case SQL_TYPE_DATE: return Date::fromSerial(load<ISC_DATE>(at) - firebirdDayOfDateZero);
+        case SQL_TYPE_TIME: return Time::fromTicks(load<ISC_TIME>(at));
+        case SQL_TIMESTAMP: {
+            const auto stamp = load<ISC_TIMESTAMP>(at);
+            return Timestamp{Date::fromSerial(stamp.timestamp_date - firebirdDayOfDateZero),
+                             Time::fromTicks(stamp.timestamp_time)};
+        }
+        case SQL_BOOLEAN: return load<FB_BOOLEAN>(at) != FB_FALSE;
+        case SQL_BLOB:
+            return fb::guarded({}, [&] { return readBlob(load<ISC_QUAD>(at), attachment, transaction); });
+        case SQL_NULL: return Value();
+        default: throw Error("columns of SQL type " + std::to_string(column.sqlType) + " are not supported");
+    }
+}
+
+InputMessage::InputMessage(fb::IMessageMetadata* metadata, const std::vector<Value>& values,
+                           fb::IAttachment* attachment, fb::ITransaction* transaction)
+    : metadata_(metadata) {
+    if (!metadata) return;
+    std::vector<Column> columns = describe(metadata);
+    std::vector<Value> converted(columns.size());
+    bool widen = false;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (i < values.size()) converted[i] = convertForField(values[i], columns[i].info.type);
+        const Column& c = columns[i];
+        const bool textual = c.sqlType == SQL_TEXT || c.sqlType == SQL_VARYING || c.sqlType == SQL_NULL;
+        widen = widen || (textual && !converted[i].isNull() &&
+                          (c.sqlType != SQL_VARYING || converted[i].asText().size() > c.length));
+    }
+    fb::Status status;
+    fb::guarded({}, [&] {
+        if (widen) {
+            // A text longer than the statement described, or a CHAR parameter
+            // that would need padding, goes as a VARCHAR of its own length.
+            fb::Ref<fb::IMetadataBuilder> builder(metadata->getBuilder(&status));
+            for (std::size_t i = 0; i < columns.size(); ++i) {
+                const Column& c = columns[i];
+                if (c.sqlType != SQL_TEXT && c.sqlType != SQL_VARYING && c.sqlType != SQL_NULL) continue;
+                const auto index = static_cast<unsigned>(i);
+                const std::size_t length = converted[i].isNull() ? 1 : converted[i].asText().size();
+                builder->setType(&status, index, SQL_VARYING);
+                builder->setLength(&status, index, static_cast<unsigned>(std::max<std::size_t>(length, 1)));
+                if (c.sqlType == SQL_NULL) builder->setCharSet(&status, index, charSetUtf8);
+            }
+            widened_.reset(builder->getMetadata(&status));
+            metadata_ = widened_.get();
+            columns = describe(metadata_);
+        }
+        buffer_.assign(metadata_->getMessageLength(&status), 0);
+        for (std::size_t i = 0; i < columns.size(); ++i)
+            encode(columns[i], converted[i], buffer_.data(), attachment, transaction);
+    });
+}
+
+}  // namespace mxbook::db::detail

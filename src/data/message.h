@@ -1,0 +1,52 @@
+// Firebird messages: the buffers that carry a statement's parameters in and
+// its rows out, laid out by the statement's metadata.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "firebird.h"
+#include "mxbook/data/field_info.h"
+#include "mxbook/data/value.h"
+
+namespace mxbook::db::detail {
+
+struct Column {
+    FieldInfo info;
+    unsigned sqlType = 0;
+    int subType = 0;
+    unsigned length = 0;
+    int scale = 0;
+    unsigned charSet = 0;
+    unsigned offset = 0;
+    unsigned nullOffset = 0;
+};
+
+std::vector<Column> describe(fb::IMessageMetadata* metadata);
+
+// The value converted to what a field of `type` holds; NULL stays NULL and
+// empty text becomes NULL for a field that does not hold text.
+Value convertForField(const Value& value, FieldType type);
+
+// Reads one field of a fetched row. Blobs are read whole, in `transaction`.
+Value decode(const Column& column, const unsigned char* row, fb::IAttachment* attachment,
+             fb::ITransaction* transaction);
+
+// The input message of one execution: values converted to the parameters'
+// types and laid out by their metadata, widened where a text is longer than
+// the statement described; blobs are written in `transaction`.
+class InputMessage {
+public:
+    InputMessage(fb::IMessageMetadata* metadata, const std::vector<Value>& values, fb::IAttachment* attachment,
+                 fb::ITransaction* transaction);
+
+    fb::IMessageMetadata* metadata() const { return metadata_; }
+    unsigned char* buffer() { return buffer_.empty() ? nullptr : buffer_.data(); }
+
+private:
+    fb::IMessageMetadata* metadata_ = nullptr;
+    fb::Ref<fb::IMessageMetadata> widened_;
+    std::vector<unsigned char> buffer_;
+};
+
+}  // namespace mxbook::db::detail

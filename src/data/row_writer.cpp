@@ -1,0 +1,85 @@
+#include "row_writer.h"
+
+#include <algorithm>
+#include <set>
+
+#include "sql_text.h"
+
+namespace mxbook::db::detail {
+
+WritableTable findWritableTable(ConnectionImpl& connection, const std::vector<Column>& columns) {
+    if (columns.empty()) throw Error("the query has no columns to write back");
+    WritableTable target{columns.front().info.table, {}};
+    for (const Column& column : columns) {
+        if (column.info.table.empty() || column.info.column.empty())
+            throw Error("rows cannot be changed: column '" + column.info.name + "' is an expression");
+        if (column.info.table != target.table)
+            throw Error("rows cannot be changed: the query reads more than one table");
+    }
+    const auto& key = connection.primaryKey(target.table);
+    if (key.empty()) throw Error("rows cannot be changed: table " + target.table + " has no primary key");
+    for (const std::string& keyColumn : key) {
+        const auto found = std::find_if(columns.begin(), columns.end(),
+                                        [&](const Column& c) { return c.info.column == keyColumn; });
+        if (found == columns.end())
+            throw Error("rows cannot be changed: the query does not read key column " + keyColumn + " of " +
+                        target.table);
+        target.keyColumns.push_back(static_cast<std::size_t>(found - columns.begin()));
+    }
+    return target;
+}
+
+std::string RowWriter::columnName(std::size_t index) const { return sqlName(columns_[index].info.column); }
+
+std::string RowWriter::keyCondition(const std::vector<Value>& stored, std::vector<Value>& params) const {
+    std::string condition;
+    for (std::size_t index : target_.keyColumns) {
+        condition += (condition.empty() ? "" : " and ") + columnName(index) + " = ?";
+        params.push_back(stored[index]);
+    }
+    return condition;
+}
+
+void RowWriter::remove(const std::vector<Value>& stored) {
+    std::vector<Value> params;
+    const std::string sql = "delete from " + sqlName(target_.table) + " where " + keyCondition(stored, params);
+    connection_.run(transaction_, sql, params);
+}
+
+void RowWriter::update(const std::vector<Value>& stored, const std::vector<Value>& values,
+                       const std::vector<bool>& changed) {
+    std::string assignments;
+    std::vector<Value> params;
+    std::set<std::string> written;  // a column the query selects twice is written once
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (!changed[i] || !written.insert(columnName(i)).second) continue;
+        assignments += (assignments.empty() ? "" : ", ") + columnName(i) + " = ?";
+        params.push_back(values[i]);
+    }
+    if (assignments.empty()) return;
+    const std::string sql =
+        "update " + sqlName(target_.table) + " set " + assignments + " where " + keyCondition(stored, params);
+    std::int64_t affected = 0;
+    connection_.run(transaction_, sql, params, &affected);
+    if (affected == 0) throw Error("the row to update is no longer in " + target_.table, 0, sql);
+}
+
+std::vector<Value> RowWriter::insert(const std::vector<Value>& values, const std::vector<bool>& assigned) {
+    std::string names, markers, returning;
+    std::vector<Value> params;
+    std::set<std::string> written;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        returning += (returning.empty() ? "" : ", ") + columnName(i);
+        if (!assigned[i] || !written.insert(columnName(i)).second) continue;
+        names += (names.empty() ? "" : ", ") + columnName(i);
+        markers += markers.empty() ? "?" : ", ?";
+        params.push_back(values[i]);
+    }
+    const std::string table = sqlName(target_.table);
+    const std::string sql = names.empty() ? "insert into " + table + " default values returning " + returning
+                                          : "insert into " + table + " (" + names + ") values (" + markers +
+                                                ") returning " + returning;
+    return connection_.run(transaction_, sql, params);
+}
+
+}  // namespace mxbook::db::detail

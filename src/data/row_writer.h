@@ -1,0 +1,44 @@
+// Writing a data set's changed rows back to their table, row by row, each
+// found by the table's primary key.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "connection_impl.h"
+
+namespace mxbook::db::detail {
+
+// The table that a query's rows come from, with where its key sits in them.
+struct WritableTable {
+    std::string table;
+    std::vector<std::size_t> keyColumns;  // positions in the row, in key order
+};
+
+// Throws db::Error saying why when the rows cannot be written back: columns
+// from more than one table or from expressions, or a table without a
+// primary key whose columns are all selected.
+WritableTable findWritableTable(ConnectionImpl& connection, const std::vector<Column>& columns);
+
+class RowWriter {
+public:
+    RowWriter(ConnectionImpl& connection, fb::Transaction& transaction, const std::vector<Column>& columns,
+              const WritableTable& target)
+        : connection_(connection), transaction_(transaction), columns_(columns), target_(target) {}
+
+    void remove(const std::vector<Value>& stored);
+    void update(const std::vector<Value>& stored, const std::vector<Value>& values, const std::vector<bool>& changed);
+    // Returns the row as stored, with the values the database gave it.
+    std::vector<Value> insert(const std::vector<Value>& values, const std::vector<bool>& assigned);
+
+private:
+    std::string keyCondition(const std::vector<Value>& stored, std::vector<Value>& params) const;
+    std::string columnName(std::size_t index) const;
+
+    ConnectionImpl& connection_;
+    fb::Transaction& transaction_;
+    const std::vector<Column>& columns_;
+    const WritableTable& target_;
+};
+
+}  // namespace mxbook::db::detail

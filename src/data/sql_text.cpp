@@ -1,0 +1,146 @@
+#include "sql_text.h"
+
+#include <cctype>
+
+#include "mxbook/text.h"
+
+namespace mxbook::db::detail {
+
+namespace {
+
+bool isNameStart(char c) { return std::isalpha(static_cast<unsigned char>(c)) || c == '_'; }
+bool isNameChar(char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_' || c == '$'; }
+
+// Length of the literal, quoted name or comment starting at `at`; 0 when
+// none starts there.
+std::size_t skippable(std::string_view sql, std::size_t at) {
+    const char c = sql[at];
+    if (c == '\'' || c == '"') {
+        std::size_t end = at + 1;
+        for (;;) {
+            end = sql.find(c, end);
+            if (end == std::string_view::npos) return sql.size() - at;
+            if (end + 1 < sql.size() && sql[end + 1] == c) {
+                end += 2;
+                continue;
+            }
+            return end + 1 - at;
+        }
+    }
+    if (sql.substr(at, 2) == "--") {
+        const std::size_t end = sql.find('\n', at);
+        return (end == std::string_view::npos ? sql.size() : end + 1) - at;
+    }
+    if (sql.substr(at, 2) == "/*") {
+        const std::size_t end = sql.find("*/", at + 2);
+        return (end == std::string_view::npos ? sql.size() : end + 2) - at;
+    }
+    return 0;
+}
+
+std::string upperWords(std::string_view text, std::size_t count) {
+    std::string words;
+    std::size_t at = 0;
+    for (std::size_t n = 0; n < count; ++n) {
+        while (at < text.size() && std::isspace(static_cast<unsigned char>(text[at]))) ++at;
+        std::size_t end = at;
+        while (end < text.size() && !std::isspace(static_cast<unsigned char>(text[end]))) ++end;
+        if (at == end) break;
+        if (!words.empty()) words += ' ';
+        for (std::size_t i = at; i < end; ++i) words += static_cast<char>(std::toupper(static_cast<unsigned char>(text[i])));
+        at = end;
+    }
+    return words;
+}
+
+// The statement without its comments, for deciding what kind it is.
+std::string withoutComments(std::string_view sql) {
+    std::string out;
+    for (std::size_t at = 0; at < sql.size();) {
+        const std::size_t length = skippable(sql, at);
+        if (length > 0 && sql[at] != '\'' && sql[at] != '"') {
+            out += ' ';
+        } else {
+            out.append(sql.substr(at, length > 0 ? length : 1));
+        }
+        at += length > 0 ? length : 1;
+    }
+    return trim(out);
+}
+
+bool isIsqlCommand(const std::string& statement) {
+    const std::string head = upperWords(statement, 2);
+    if (head.rfind("SET ", 0) == 0)
+        return head != "SET GENERATOR" && head != "SET STATISTICS" && head != "SET TRANSACTION";
+    const std::string first = upperWords(statement, 1);
+    return first == "COMMIT" || first == "ROLLBACK";
+}
+
+}  // namespace
+
+PositionalSql toPositional(std::string_view sql) {
+    PositionalSql result;
+    for (std::size_t at = 0; at < sql.size();) {
+        if (const std::size_t length = skippable(sql, at)) {
+            result.sql.append(sql.substr(at, length));
+            at += length;
+        } else if (sql[at] == ':' && at + 1 < sql.size() && isNameStart(sql[at + 1])) {
+            std::size_t end = at + 1;
+            while (end < sql.size() && isNameChar(sql[end])) ++end;
+            result.names.emplace_back(sql.substr(at + 1, end - at - 1));
+            result.sql += '?';
+            at = end;
+        } else {
+            result.sql += sql[at++];
+        }
+    }
+    return result;
+}
+
+std::vector<std::string> splitScript(std::string_view script) {
+    std::vector<std::string> statements;
+    std::string terminator = ";";
+    std::size_t start = 0;
+    for (std::size_t at = 0; at <= script.size();) {
+        const bool atEnd = at == script.size();
+        if (!atEnd) {
+            if (const std::size_t length = skippable(script, at)) {
+                at += length;
+                continue;
+            }
+        }
+        if (!atEnd && script.substr(at, terminator.size()) != terminator) {
+            ++at;
+            continue;
+        }
+        const std::string statement = withoutComments(script.substr(start, at - start));
+        at += atEnd ? 1 : terminator.size();
+        start = at;
+        if (statement.empty()) continue;
+        if (upperWords(statement, 2) == "SET TERM") {
+            std::size_t afterTerm = 3;  // past "SET"
+            while (std::isspace(static_cast<unsigned char>(statement[afterTerm]))) ++afterTerm;
+            terminator = trim(statement.substr(afterTerm + 4));
+            if (terminator.empty()) terminator = ";";
+            continue;
+        }
+        if (!isIsqlCommand(statement)) statements.push_back(statement);
+    }
+    return statements;
+}
+
+bool isIdentifier(std::string_view name) {
+    if (name.empty() || !isNameStart(name.front())) return false;
+    for (char c : name)
+        if (!isNameChar(c)) return false;
+    return true;
+}
+
+std::string sqlName(std::string_view name) {
+    bool upper = true;
+    for (char c : name) upper = upper && !std::islower(static_cast<unsigned char>(c));
+    if (upper && isIdentifier(name)) return std::string(name);
+    return "\"" + replaceAll(name, "\"", "\"\"") + "\"";
+}
+
+}  // namespace mxbook::db::detail

@@ -1,0 +1,30 @@
+// Reading SQL text the way Firebird does: literals, quoted names and
+// comments are passed over whole.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace mxbook::db::detail {
+
+// A statement whose ":name" parameters have become Firebird's "?" markers.
+struct PositionalSql {
+    std::string sql;
+    std::vector<std::string> names;  // one per marker, in order
+};
+PositionalSql toPositional(std::string_view sql);
+
+// The statements of a script as isql runs it: split at the terminator, which
+// "SET TERM" changes; isql's own commands (SET TERM, SET SQL DIALECT, SET
+// NAMES, ...) and COMMIT or ROLLBACK are left out, as each statement is
+// committed on its own.
+std::vector<std::string> splitScript(std::string_view script);
+
+// A stored name (a table's, a column's) for SQL text: as it is when Firebird
+// would read it back unchanged, otherwise in double quotes.
+std::string sqlName(std::string_view name);
+// Letters, digits, '_' and '$', beginning with a letter or '_'.
+bool isIdentifier(std::string_view name);
+
+}  // namespace mxbook::db::detail

@@ -1,0 +1,58 @@
+// Prepared statements and the per-connection cache that lets a statement run
+// again and again without being prepared again.
+#pragma once
+
+#include <list>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "firebird.h"
+#include "message.h"
+
+namespace mxbook::db::detail {
+
+class Prepared {
+public:
+    Prepared(fb::IAttachment* attachment, fb::ITransaction* transaction, std::string sql);
+    ~Prepared();
+    Prepared(const Prepared&) = delete;
+    Prepared& operator=(const Prepared&) = delete;
+
+    const std::string& sql() const { return sql_; }
+    fb::IStatement* statement() const { return statement_; }
+    fb::IMessageMetadata* input() const { return input_.get(); }
+    fb::IMessageMetadata* output() const { return output_.get(); }
+    const std::vector<Column>& columns() const { return *columns_; }
+    std::shared_ptr<const std::vector<Column>> sharedColumns() const { return columns_; }
+    bool hasCursor() const { return hasCursor_; }
+
+private:
+    std::string sql_;
+    fb::IStatement* statement_ = nullptr;
+    fb::Ref<fb::IMessageMetadata> input_;
+    fb::Ref<fb::IMessageMetadata> output_;
+    std::shared_ptr<const std::vector<Column>> columns_;
+    bool hasCursor_ = false;
+};
+
+// The most recently used statements of one attachment, by SQL text. A
+// statement in use (its cursor open) is not handed out twice: the second
+// user gets one prepared for it alone.
+class StatementCache {
+public:
+    explicit StatementCache(std::size_t capacity) : capacity_(capacity) {}
+
+    std::shared_ptr<Prepared> acquire(fb::IAttachment* attachment, fb::ITransaction* transaction,
+                                      const std::string& sql);
+    void clear();
+
+private:
+    using Entries = std::list<std::shared_ptr<Prepared>>;
+    std::size_t capacity_;
+    Entries entries_;  // most recent first
+    std::unordered_map<std::string, Entries::iterator> bySql_;
+};
+
+}  // namespace mxbook::db::detail

@@ -1,0 +1,184 @@
+#include "mxbook/data/value.h"
+
+#include <cmath>
+#include <limits>
+
+#include "mxbook/error.h"
+#include "mxbook/host.h"
+#include "mxbook/text.h"
+
+namespace mxbook::db {
+
+namespace {
+
+template <class... F>
+struct Overloaded : F... {
+    using F::operator()...;
+};
+template <class... F>
+Overloaded(F...) -> Overloaded<F...>;
+
+std::string lowerAscii(std::string text) {
+    for (char& c : text)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return text;
+}
+
+[[noreturn]] void cannotConvert(const Value& value, std::string_view what) {
+    throw ConversionError(value.asText(), what);
+}
+
+// Fraction of a day as a time of day, the way a serial date-time carries it.
+Time timeOfDayFraction(double serial) {
+    const double fraction = serial - std::floor(serial);
+    return Time::fromTicks(static_cast<std::int64_t>(std::llround(fraction * static_cast<double>(Time::ticksPerDay))));
+}
+
+// "dd.mm.yyyy" or "dd.mm.yyyy h:nn[:ss]".
+Timestamp parseTimestamp(const std::string& text, const FormatSettings& settings) {
+    const std::string trimmed = trim(text);
+    const auto space = trimmed.find(' ');
+    if (space == std::string::npos) return Timestamp{parseShortDate(trimmed, settings), Time()};
+    return Timestamp{parseShortDate(trimmed.substr(0, space), settings), parseTime(trimmed.substr(space + 1))};
+}
+
+}  // namespace
+
+std::string Value::asText() const { return asText(host().formatSettings()); }
+Date Value::asDate() const { return asDate(host().formatSettings()); }
+Timestamp Value::asTimestamp() const { return asTimestamp(host().formatSettings()); }
+
+std::string Value::asText(const FormatSettings& settings) const {
+    return std::visit(
+        Overloaded{
+            [](std::monostate) { return std::string(); },
+            [](std::int64_t v) { return std::to_string(v); },
+            [&](double v) { return formatFloat(v, settings); },
+            [](const std::string& v) { return v; },
+            [&](Date v) { return shortDate(v, settings); },
+            [&](Time v) { return formatTime(v, settings.longTimeFormat); },
+            [&](const Timestamp& v) {
+                std::string text = shortDate(v.date, settings);
+                if (v.time != Time()) text += " " + formatTime(v.time, settings.longTimeFormat);
+                return text;
+            },
+            [](bool v) { return std::string(v ? "True" : "False"); },
+        },
+        value_);
+}
+
+std::int64_t Value::asInt64() const {
+    return std::visit(
+        Overloaded{
+            [](std::monostate) -> std::int64_t { return 0; },
+            [](std::int64_t v) { return v; },
+            [this](double v) {
+                const double rounded = roundHalfAwayFromZero(v);
+                if (!(std::fabs(rounded) < 9.2e18)) cannotConvert(*this, "integer");
+                return static_cast<std::int64_t>(rounded);
+            },
+            [](const std::string& v) { return parseInt64(v); },
+            [](Date v) -> std::int64_t { return v.serial(); },
+            [this](Time) -> std::int64_t { cannotConvert(*this, "integer"); },
+            [this](const Timestamp&) -> std::int64_t { cannotConvert(*this, "integer"); },
+            [](bool v) -> std::int64_t { return v ? 1 : 0; },
+        },
+        value_);
+}
+
+int Value::asInt() const {
+    const std::int64_t value = asInt64();
+    if (value < std::numeric_limits<int>::min() || value > std::numeric_limits<int>::max())
+        cannotConvert(*this, "integer");
+    return static_cast<int>(value);
+}
+
+double Value::asDouble() const {
+    return std::visit(
+        Overloaded{
+            [](std::monostate) { return 0.0; },
+            [](std::int64_t v) { return static_cast<double>(v); },
+            [](double v) { return v; },
+            [](const std::string& v) { return parseFloat(v, host().formatSettings()); },
+            [](Date v) { return static_cast<double>(v.serial()); },
+            [](Time v) { return static_cast<double>(v.ticks()) / static_cast<double>(Time::ticksPerDay); },
+            [](const Timestamp& v) {
+                return v.date.serial() + static_cast<double>(v.time.ticks()) / static_cast<double>(Time::ticksPerDay);
+            },
+            [](bool v) { return v ? 1.0 : 0.0; },
+        },
+        value_);
+}
+
+Date Value::asDate(const FormatSettings& settings) const {
+    return std::visit(
+        Overloaded{
+            [](std::monostate) { return Date(); },
+            [](std::int64_t v) { return Date::fromSerial(static_cast<int>(v)); },
+            [](double v) { return Date::fromSerial(static_cast<int>(std::floor(v))); },
+            [&](const std::string& v) { return parseTimestamp(v, settings).date; },
+            [](Date v) { return v; },
+            [](Time) { return Date(); },
+            [](const Timestamp& v) { return v.date; },
+            [this](bool) -> Date { cannotConvert(*this, "date"); },
+        },
+        value_);
+}
+
+Time Value::asTime() const {
+    return std::visit(
+        Overloaded{
+            [](std::monostate) { return Time(); },
+            [](std::int64_t) { return Time(); },
+            [](double v) { return timeOfDayFraction(v); },
+            [](const std::string& v) { return parseTime(v); },
+            [](Date) { return Time(); },
+            [](Time v) { return v; },
+            [](const Timestamp& v) { return v.time; },
+            [this](bool) -> Time { cannotConvert(*this, "time"); },
+        },
+        value_);
+}
+
+Timestamp Value::asTimestamp(const FormatSettings& settings) const {
+    return std::visit(
+        Overloaded{
+            [](std::monostate) { return Timestamp(); },
+            [](std::int64_t v) { return Timestamp{Date::fromSerial(static_cast<int>(v)), Time()}; },
+            [](double v) { return Timestamp{Date::fromSerial(static_cast<int>(std::floor(v))), timeOfDayFraction(v)}; },
+            [&](const std::string& v) { return parseTimestamp(v, settings); },
+            [](Date v) { return Timestamp{v, Time()}; },
+            [](Time v) { return Timestamp{Date(), v}; },
+            [](const Timestamp& v) { return v; },
+            [this](bool) -> Timestamp { cannotConvert(*this, "date and time"); },
+        },
+        value_);
+}
+
+bool Value::asBool() const {
+    return std::visit(
+        Overloaded{
+            [](std::monostate) { return false; },
+            [](std::int64_t v) { return v != 0; },
+            [](double v) { return v != 0.0; },
+            [this](const std::string& v) {
+                const std::string word = lowerAscii(trim(v));
+                if (word == "true") return true;
+                if (word == "false") return false;
+                try {
+                    return parseInt64(word) != 0;
+                } catch (const ConversionError&) {
+                    cannotConvert(*this, "boolean");
+                }
+            },
+            [this](Date) -> bool { cannotConvert(*this, "boolean"); },
+            [this](Time) -> bool { cannotConvert(*this, "boolean"); },
+            [this](const Timestamp&) -> bool { cannotConvert(*this, "boolean"); },
+            [](bool v) { return v; },
+        },
+        value_);
+}
+
+std::string quoted(std::string_view text) { return "'" + replaceAll(text, "'", "''") + "'"; }
+
+}  // namespace mxbook::db
