@@ -40,7 +40,7 @@ std::int64_t parseInt64(std::string_view text) {
     std::string_view digits = text;
     while (!digits.empty() && digits.front() == ' ') digits.remove_prefix(1);
     while (!digits.empty() && digits.back() == ' ') digits.remove_suffix(1);
-    if (!digits.empty() && digits.front() == '+') digits.remove_prefix(1);
+    if (!digits.empty() && digits.front() == '+' && !(digits.size() > 1 && digits[1] == '-')) digits.remove_prefix(1);
     std::int64_t value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
     if (digits.empty() || error != std::errc() || end != digits.data() + digits.size())

@@ -214,8 +214,6 @@ InputMessage::InputMessage(fb::IMessageMetadata* metadata, const std::vector<Val
     fb::Status status;
     fb::guarded({}, [&] {
         if (widen) {
-            // A text longer than the statement described, or a CHAR parameter
-            // that would need padding, goes as a VARCHAR of its own length.
             fb::Ref<fb::IMetadataBuilder> builder(metadata->getBuilder(&status));
             for (std::size_t i = 0; i < columns.size(); ++i) {
                 const Column& c = columns[i];

@@ -33,8 +33,9 @@ Value decode(const Column& column, const unsigned char* row, fb::IAttachment* at
              fb::ITransaction* transaction);
 
 // The input message of one execution: values converted to the parameters'
-// types and laid out by their metadata, widened where a text is longer than
-// the statement described; blobs are written in `transaction`.
+// types and laid out by their metadata; blobs are written in `transaction`.
+// A text parameter goes as a VARCHAR of the text's own length, so that the
+// buffer holds all of it and Firebird, not this layer, judges whether it fits.
 class InputMessage {
 public:
     InputMessage(fb::IMessageMetadata* metadata, const std::vector<Value>& values, fb::IAttachment* attachment,

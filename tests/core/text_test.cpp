@@ -1,0 +1,66 @@
+#include <gtest/gtest.h>
+
+#include "mxbook/error.h"
+#include "mxbook/text.h"
+
+namespace mxbook {
+namespace {
+
+TEST(Text, ParsesDecimalIntegers) {
+    const std::pair<const char*, int> cases[] = {
+        {"0", 0}, {"42", 42}, {"-17", -17}, {"+5", 5}, {" 12 ", 12}, {"007", 7},
+        {"2147483647", 2147483647}, {"-2147483648", -2147483647 - 1},
+    };
+    for (const auto& [text, expected] : cases) {
+        SCOPED_TRACE(text);
+        EXPECT_EQ(parseInt(text), expected);
+    }
+}
+
+TEST(Text, RejectsWhatIsNotAnInteger) {
+    for (const char* text : {"", " ", "12:30", "1.5", "abc", "12a", "--1", "+-1", "2147483648", "99999999999",
+                             "1 2", "0x10"}) {
+        SCOPED_TRACE(text);
+        EXPECT_THROW(parseInt(text), ConversionError);
+    }
+    EXPECT_EQ(parseInt64("99999999999"), 99999999999);
+}
+
+TEST(Text, ConversionErrorCarriesTheText) {
+    try {
+        parseInt("12a");
+        FAIL() << "no error";
+    } catch (const ConversionError& error) {
+        EXPECT_EQ(error.text(), "12a");
+        EXPECT_NE(std::string(error.what()).find("'12a'"), std::string::npos);
+    }
+}
+
+TEST(Text, RoundsHalvesAwayFromZero) {
+    const struct {
+        double value;
+        int digits;
+        double expected;
+    } cases[] = {
+        {12.5, 0, 13},     {-12.5, 0, -13},  {12.4999, 0, 12}, {0.5, 0, 1},     {-0.5, 0, -1},
+        {0.3 * 25, 0, 8},  // 7.5 as the product of a weight and ground minutes
+        {0.5 * 25, 0, 13}, {1.005, 2, 1.01}, {2.675, 2, 2.68}, {1234.5678, 2, 1234.57}, {15, -1, 20},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.value);
+        EXPECT_DOUBLE_EQ(roundHalfAwayFromZero(c.value, c.digits), c.expected);
+    }
+}
+
+TEST(Text, TrimsAndReplaces) {
+    EXPECT_EQ(trim("  Склад \t\r\n"), "Склад");
+    EXPECT_EQ(trimRight("  a  "), "  a");
+    EXPECT_EQ(trim(""), "");
+    EXPECT_EQ(replaceAll("2.6", ".", "г. "), "2г. 6");
+    EXPECT_EQ(replaceAll("aaa", "aa", "b"), "ba");
+    EXPECT_EQ(replaceAll("O'Brien's", "'", "''"), "O''Brien''s");
+    EXPECT_EQ(replaceAll("abc", "", "x"), "abc");
+}
+
+}  // namespace
+}  // namespace mxbook

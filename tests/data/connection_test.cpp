@@ -1,0 +1,132 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "database_test.h"
+#include "mxbook/data.h"
+#include "sample_schema.h"
+
+namespace mxbook::db {
+namespace {
+
+using testing::connectionStringFor;
+
+class ConnectionTest : public testing::DatabaseTest {
+protected:
+    ConnectionTest() : DatabaseTest(testing::sampleSchema) {}
+};
+
+TEST_F(ConnectionTest, ClosesAndReopensWithItsString) {
+    ASSERT_TRUE(connection().isOpen());
+    connection().close();
+    EXPECT_FALSE(connection().isOpen());
+    EXPECT_THROW(connection().execute("delete from SAMPLE"), Error);
+    connection().open();
+    EXPECT_EQ(scalar("select count(*) from SAMPLE").asInt(), 4);
+}
+
+TEST_F(ConnectionTest, UnreachableLocationRaisesWithoutShowingThePassword) {
+    const struct {
+        const char* why;
+        std::string location;
+    } cases[] = {
+        {"no such folder", "/nonexistent/folder/NALET.FDB"},
+        {"not a database", "NOT_A_DATABASE"},
+        {"no server listening", "127.0.0.1/1:/tmp/NALET.FDB"},
+        {"the unsettled location", "ERROR!!!"},
+    };
+    std::ofstream(folder() / "NOT_A_DATABASE") << "a text file, not a database\n";
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.why);
+        const std::string location = c.location == "NOT_A_DATABASE" ? (folder() / c.location).string() : c.location;
+        Connection other;
+        try {
+            other.open(connectionStringFor(location, "masterkey-secret"));
+            ADD_FAILURE() << "opened";
+        } catch (const Error& error) {
+            EXPECT_FALSE(std::string(error.what()).empty());
+            EXPECT_EQ(std::string(error.what()).find("masterkey-secret"), std::string::npos);
+        }
+        EXPECT_FALSE(other.isOpen());
+    }
+}
+
+TEST_F(ConnectionTest, ProviderMustBeOneThisMachineOffers) {
+    const auto offered = Connection::providerNames();
+    EXPECT_EQ(offered.size(), 5u);
+    Connection::setProviderNames({"LCPI.IBProvider.2"});
+    Connection other;
+    EXPECT_THROW(other.open(connectionStringFor(databasePath())), Error);
+    EXPECT_FALSE(other.isOpen());
+    other.open("PROVIDER=lcpi.ibprovider.2;Location=" + databasePath().string());
+    EXPECT_TRUE(other.isOpen());
+    Connection::setProviderNames(Connection::defaultProviderNames());
+    EXPECT_EQ(Connection::providerNames(), offered);
+}
+
+TEST_F(ConnectionTest, ConnectionStringWithoutLocationIsRefused) {
+    Connection other;
+    EXPECT_THROW(other.open("Provider=LCPI.IBProvider.5.Free;User ID=SYSDBA"), Error);
+}
+
+TEST_F(ConnectionTest, FailingStatementCarriesFirebirdsMessageCodeAndStatement) {
+    try {
+        connection().execute("delete from NO_SUCH_TABLE");
+        FAIL() << "no error";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.sqlCode(), -204);
+        EXPECT_NE(error.message().find("NO_SUCH_TABLE"), std::string::npos) << error.message();
+        EXPECT_EQ(error.statement(), "delete from NO_SUCH_TABLE");
+    }
+    // The connection stays usable.
+    EXPECT_EQ(connection().execute("update SAMPLE set COUNTER = COUNTER + 1 where ID < 3"), 2);
+}
+
+TEST_F(ConnectionTest, EachStatementIsCommittedAtOnce) {
+    connection().execute("insert into NO_KEY values (1, 'x')");
+    EXPECT_EQ(scalar("select count(*) from NO_KEY").asInt(), 1);
+}
+
+TEST_F(ConnectionTest, GeneratorGivesConsecutiveValues) {
+    const auto first = connection().nextGeneratorValue("GEN_SAMPLE_ID");
+    EXPECT_EQ(connection().nextGeneratorValue("gen_sample_id"), first + 1);
+    Connection other = openAnother();
+    EXPECT_EQ(other.nextGeneratorValue("GEN_SAMPLE_ID"), first + 2);
+    EXPECT_THROW(connection().nextGeneratorValue("GEN_MISSING"), Error);
+    EXPECT_THROW(connection().nextGeneratorValue("GEN_SAMPLE_ID, 1) from rdb$database; --"), Error);
+}
+
+TEST_F(ConnectionTest, ScriptsRunTriggersWrittenForIsql) {
+    connection().executeScript(R"(
+create generator GEN_AUTO;
+SET TERM ^ ;
+create trigger NO_KEY_BI for NO_KEY before insert as
+begin
+  if (new.A is null) then new.A = gen_id(GEN_AUTO, 1) + 100;
+end^
+SET TERM ; ^
+insert into NO_KEY (B) values ('триггер');
+)");
+    EXPECT_EQ(scalar("select A from NO_KEY where B = 'триггер'").asInt(), 101);
+}
+
+TEST_F(ConnectionTest, ClosingTheConnectionClosesItsDataSets) {
+    DataSet rows(connection(), "select * from SAMPLE order by ID");
+    rows.open();
+    connection().close();
+    EXPECT_FALSE(rows.isOpen());
+    EXPECT_THROW(rows.field(0), Error);
+    connection().open();
+    rows.open();
+    EXPECT_EQ(rows.recordCount(), 4);
+}
+
+TEST_F(ConnectionTest, DataSetOutlivingItsConnectionFailsCleanly) {
+    auto other = std::make_unique<Connection>(openAnother());
+    DataSet rows(*other, "select * from SAMPLE");
+    other.reset();
+    EXPECT_THROW(rows.open(), Error);
+}
+
+}  // namespace
+}  // namespace mxbook::db

@@ -1,0 +1,88 @@
+#include <gtest/gtest.h>
+
+#include "fake_host.h"
+#include "mxbook/data/value.h"
+#include "mxbook/error.h"
+
+namespace mxbook::db {
+namespace {
+
+class ValueTest : public ::testing::Test {
+protected:
+    std::shared_ptr<testing::FakeHost> fake = std::make_shared<testing::FakeHost>();
+    ScopedHost scope{fake};
+};
+
+TEST_F(ValueTest, NullReadsAsTheNeutralValueOfEachType) {
+    const Value null;
+    EXPECT_TRUE(null.isNull());
+    EXPECT_EQ(null.asText(), "");
+    EXPECT_EQ(null.asInt(), 0);
+    EXPECT_EQ(null.asDouble(), 0.0);
+    EXPECT_EQ(null.asDate(), Date());
+    EXPECT_EQ(null.asTime(), Time());
+    EXPECT_FALSE(null.asBool());
+}
+
+TEST_F(ValueTest, TextOfEachKindFollowsTheUserSettings) {
+    const struct {
+        Value value;
+        const char* expected;
+    } cases[] = {
+        {Value(42), "42"},
+        {Value(-1.5), "-1,5"},
+        {Value("Склад"), "Склад"},
+        {Value(Date::fromYmd(2024, 3, 5)), "05.03.2024"},
+        {Value(Time::fromHms(7, 5, 0)), "7:05:00"},
+        {Value(Timestamp{Date::fromYmd(2024, 3, 5), Time()}), "05.03.2024"},
+        {Value(Timestamp{Date::fromYmd(2024, 3, 5), Time::fromHms(13, 0, 1)}), "05.03.2024 13:00:01"},
+        {Value(true), "True"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.expected);
+        EXPECT_EQ(c.value.asText(), c.expected);
+    }
+    fake->settings.shortDateFormat = "yyyy-mm-dd";
+    fake->settings.decimalSeparator = ".";
+    EXPECT_EQ(Value(Date::fromYmd(2024, 3, 5)).asText(), "2024-03-05");
+    EXPECT_EQ(Value(-1.5).asText(), "-1.5");
+}
+
+TEST_F(ValueTest, TextConvertsToNumbersDatesAndFlags) {
+    EXPECT_EQ(Value(" 125 ").asInt(), 125);
+    EXPECT_DOUBLE_EQ(Value("0,3").asDouble(), 0.3);
+    EXPECT_EQ(Value("29.02.2024").asDate(), Date::fromYmd(2024, 2, 29));
+    EXPECT_EQ(Value("29.02.2024 10:15").asTimestamp(), (Timestamp{Date::fromYmd(2024, 2, 29), Time::fromHms(10, 15)}));
+    EXPECT_EQ(Value("1:05").asTime(), Time::fromHms(1, 5));
+    EXPECT_TRUE(Value("True").asBool());
+    EXPECT_TRUE(Value("1").asBool());
+    EXPECT_FALSE(Value("false").asBool());
+}
+
+TEST_F(ValueTest, MalformedTextRaisesConversionError) {
+    EXPECT_THROW(Value("12:30").asInt(), ConversionError);
+    EXPECT_THROW(Value("99999999999").asInt(), ConversionError);
+    EXPECT_THROW(Value("31.02.2024").asDate(), ConversionError);
+    EXPECT_THROW(Value("abc").asDouble(), ConversionError);
+    EXPECT_THROW(Value("maybe").asBool(), ConversionError);
+    EXPECT_THROW(Value(Time::fromHms(1, 0)).asInt(), ConversionError);
+}
+
+TEST_F(ValueTest, NumbersAndSerialDates) {
+    EXPECT_EQ(Value(2.5).asInt(), 3);
+    EXPECT_EQ(Value(-2.5).asInt(), -3);
+    EXPECT_EQ(Value(45352).asDate(), Date::fromYmd(2024, 3, 1));
+    EXPECT_EQ(Value(45352.75).asTimestamp(), (Timestamp{Date::fromYmd(2024, 3, 1), Time::fromHms(18, 0)}));
+    EXPECT_EQ(Value(Date::fromYmd(2024, 3, 1)).asInt(), 45352);
+    EXPECT_THROW(Value(1e30).asInt64(), ConversionError);
+}
+
+TEST(Quoted, DoublesApostrophes) {
+    EXPECT_EQ(quoted("RA-22451"), "'RA-22451'");
+    EXPECT_EQ(quoted("O'Neil"), "'O''Neil'");
+    EXPECT_EQ(quoted("'; delete from REESTR; --"), "'''; delete from REESTR; --'");
+    EXPECT_EQ(quoted(""), "''");
+}
+
+}  // namespace
+}  // namespace mxbook::db

@@ -1,0 +1,88 @@
+#include <gtest/gtest.h>
+
+#include <iostream>
+#include <sstream>
+
+#include "fake_host.h"
+#include "mxbook/host.h"
+
+namespace mxbook {
+namespace {
+
+TEST(UserDirs, ReadsTheNamedFolderWithHomeExpanded) {
+    const std::string file =
+        "# written by xdg-user-dirs-update\n"
+        "XDG_DESKTOP_DIR=\"$HOME/Рабочий стол\"\n"
+        "XDG_DOCUMENTS_DIR=\"$HOME/Документы\"\n"
+        "XDG_MUSIC_DIR=\"/srv/music/\"\n";
+    EXPECT_EQ(xdgUserDir(file, "DOCUMENTS", "/home/ivan"), "/home/ivan/Документы");
+    EXPECT_EQ(xdgUserDir(file, "DESKTOP", "/home/ivan"), "/home/ivan/Рабочий стол");
+    EXPECT_EQ(xdgUserDir(file, "MUSIC", "/home/ivan"), "/srv/music");
+    EXPECT_EQ(xdgUserDir(file, "PICTURES", "/home/ivan"), "");
+    EXPECT_EQ(xdgUserDir("", "DOCUMENTS", "/home/ivan"), "");
+}
+
+TEST(HostRegistry, ScopedHostInstallsAndRestores) {
+    Host& before = host();
+    auto fake = std::make_shared<testing::FakeHost>();
+    {
+        ScopedHost scope(fake);
+        EXPECT_EQ(&host(), fake.get());
+        EXPECT_EQ(host().today(), Date::fromYmd(2024, 3, 15));
+    }
+    EXPECT_EQ(&host(), &before);
+}
+
+TEST(HostRegistry, InstallingNothingGivesTheConsoleHost) {
+    auto previous = installHost(nullptr);
+    EXPECT_NE(dynamic_cast<ConsoleHost*>(&host()), nullptr);
+    installHost(previous);
+}
+
+// Captures what the console host writes to standard error.
+class ConsoleHostTest : public ::testing::Test {
+protected:
+    void SetUp() override { saved_ = std::cerr.rdbuf(captured_.rdbuf()); }
+    void TearDown() override { std::cerr.rdbuf(saved_); }
+    std::string written() const { return captured_.str(); }
+
+    ConsoleHost console;
+
+private:
+    std::ostringstream captured_;
+    std::streambuf* saved_ = nullptr;
+};
+
+TEST_F(ConsoleHostTest, MessageIsOneLineWithItsCaption) {
+    const Answer answer = console.messageBox(console.foregroundWindow(), "Поле не заполнено!\r\nПроверьте ввод.",
+                                             "Внимание!", box::iconWarning);
+    EXPECT_EQ(answer, Answer::ok);
+    EXPECT_EQ(written(), "Внимание!: Поле не заполнено! Проверьте ввод.\n");
+}
+
+TEST_F(ConsoleHostTest, QuestionsFollowThePolicy) {
+    console.setQuestionPolicy(ConsoleHost::QuestionPolicy::alwaysYes);
+    EXPECT_EQ(console.messageBox({}, "Учесть?", "Внимание!", box::yesNo | box::iconQuestion), Answer::yes);
+    console.setQuestionPolicy(ConsoleHost::QuestionPolicy::alwaysNo);
+    EXPECT_EQ(console.messageBox({}, "Учесть?", "Внимание!", box::yesNo | box::iconQuestion), Answer::no);
+    EXPECT_EQ(written(), "Внимание!: Учесть? [yes]\nВнимание!: Учесть? [no]\n");
+}
+
+TEST_F(ConsoleHostTest, TodayCanBePinned) {
+    console.setToday(Date::fromYmd(2025, 1, 31));
+    EXPECT_EQ(console.today(), Date::fromYmd(2025, 1, 31));
+    EXPECT_EQ(console.now().date, Date::fromYmd(2025, 1, 31));
+}
+
+TEST_F(ConsoleHostTest, KnowsItsExecutableAndWindow) {
+    EXPECT_NE(console.executablePath().find("mxbook_tests"), std::string::npos);
+    EXPECT_EQ(console.windowTitle(console.foregroundWindow()), "mxbook_tests");
+    console.setWindowTitle("Формуляр");
+    EXPECT_EQ(console.windowTitle(console.foregroundWindow()), "Формуляр");
+    EXPECT_EQ(console.windowTitle(Window{999}), "");
+    EXPECT_EQ(console.formatSettings().shortDateFormat, "dd.mm.yyyy");
+    EXPECT_EQ(console.formatSettings().decimalSeparator, ",");
+}
+
+}  // namespace
+}  // namespace mxbook
