@@ -70,6 +70,12 @@ std::shared_ptr<Prepared> ConnectionImpl::prepare(fb::ITransaction* transaction,
 std::vector<Value> ConnectionImpl::run(fb::Transaction& transaction, const std::string& sql,
                                        const std::vector<Value>& params, std::int64_t* affected) {
     const auto prepared = prepare(transaction.get(), sql);
+    if (prepared->isDdl()) {
+        // Prepared statements hold the metadata they read: they would keep a
+        // changed table's old columns and keep a dropped table "in use".
+        statements_.clear();
+        primaryKeys_.clear();
+    }
     InputMessage input(prepared->input(), params, attachment(), transaction.get());
     fb::IMessageMetadata* output = prepared->output();
     fb::Status status;

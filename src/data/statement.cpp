@@ -11,6 +11,7 @@ Prepared::Prepared(fb::IAttachment* attachment, fb::ITransaction* transaction, s
         input_.reset(statement_->getInputMetadata(&status));
         output_.reset(statement_->getOutputMetadata(&status));
         hasCursor_ = (statement_->getFlags(&status) & fb::IStatement::FLAG_HAS_CURSOR) != 0;
+        isDdl_ = statement_->getType(&status) == isc_info_sql_stmt_ddl;
     });
     columns_ = std::make_shared<const std::vector<Column>>(describe(output_.get()));
 }

@@ -27,6 +27,8 @@ public:
     const std::vector<Column>& columns() const { return *columns_; }
     std::shared_ptr<const std::vector<Column>> sharedColumns() const { return columns_; }
     bool hasCursor() const { return hasCursor_; }
+    // Creates, alters or drops metadata.
+    bool isDdl() const { return isDdl_; }
 
 private:
     std::string sql_;
@@ -35,6 +37,7 @@ private:
     fb::Ref<fb::IMessageMetadata> output_;
     std::shared_ptr<const std::vector<Column>> columns_;
     bool hasCursor_ = false;
+    bool isDdl_ = false;
 };
 
 // The most recently used statements of one attachment, by SQL text. A

@@ -110,6 +110,19 @@ insert into NO_KEY (B) values ('триггер');
     EXPECT_EQ(scalar("select A from NO_KEY where B = 'триггер'").asInt(), 101);
 }
 
+TEST_F(ConnectionTest, MetadataChangesSeeNoStaleStatements) {
+    const auto columnsOf = [&](const char* sql) {
+        DataSet rows(connection(), sql);
+        rows.open();
+        return rows.fieldCount();
+    };
+    EXPECT_EQ(columnsOf("select * from NO_KEY"), 2);
+    connection().execute("alter table NO_KEY add C integer");
+    EXPECT_EQ(columnsOf("select * from NO_KEY"), 3);
+    connection().execute("drop table NO_KEY");
+    EXPECT_THROW(columnsOf("select * from NO_KEY"), Error);
+}
+
 TEST_F(ConnectionTest, ClosingTheConnectionClosesItsDataSets) {
     DataSet rows(connection(), "select * from SAMPLE order by ID");
     rows.open();
