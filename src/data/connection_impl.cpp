@@ -109,9 +109,9 @@ Cursor::Cursor(ConnectionImpl& connection, const std::string& sql, const std::ve
     InputMessage input(prepared_->input(), params, attachment_, transaction_.get());
     fb::Status status;
     fb::guarded(sql, [&] {
+        buffer_.assign(prepared_->output()->getMessageLength(&status), 0);
         resultSet_ = prepared_->statement()->openCursor(&status, transaction_.get(), input.metadata(), input.buffer(),
                                                         prepared_->output(), 0);
-        buffer_.assign(prepared_->output()->getMessageLength(&status), 0);
     });
 }
 

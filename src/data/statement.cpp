@@ -6,8 +6,8 @@ Prepared::Prepared(fb::IAttachment* attachment, fb::ITransaction* transaction, s
     : sql_(std::move(sql)) {
     fb::Status status;
     fb::guarded(sql_, [&] {
-        statement_ = attachment->prepare(&status, transaction, static_cast<unsigned>(sql_.size()), sql_.c_str(),
-                                         SQL_DIALECT_V6, fb::IStatement::PREPARE_PREFETCH_METADATA);
+        statement_.reset(attachment->prepare(&status, transaction, static_cast<unsigned>(sql_.size()), sql_.c_str(),
+                                             SQL_DIALECT_V6, fb::IStatement::PREPARE_PREFETCH_METADATA));
         input_.reset(statement_->getInputMetadata(&status));
         output_.reset(statement_->getOutputMetadata(&status));
         hasCursor_ = (statement_->getFlags(&status) & fb::IStatement::FLAG_HAS_CURSOR) != 0;
@@ -16,11 +16,10 @@ Prepared::Prepared(fb::IAttachment* attachment, fb::ITransaction* transaction, s
     columns_ = std::make_shared<const std::vector<Column>>(describe(output_.get()));
 }
 
-Prepared::~Prepared() {
-    if (!statement_) return;
+void Prepared::Freer::operator()(fb::IStatement* statement) const noexcept {
     fb::CheckStatusWrapper status(fb::master()->getStatus());
-    statement_->free(&status);
-    if (status.getState() & fb::IStatus::STATE_ERRORS) statement_->release();
+    statement->free(&status);
+    if (status.getState() & fb::IStatus::STATE_ERRORS) statement->release();
     status.dispose();
 }
 

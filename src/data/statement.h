@@ -16,12 +16,9 @@ namespace mxbook::db::detail {
 class Prepared {
 public:
     Prepared(fb::IAttachment* attachment, fb::ITransaction* transaction, std::string sql);
-    ~Prepared();
-    Prepared(const Prepared&) = delete;
-    Prepared& operator=(const Prepared&) = delete;
 
     const std::string& sql() const { return sql_; }
-    fb::IStatement* statement() const { return statement_; }
+    fb::IStatement* statement() const { return statement_.get(); }
     fb::IMessageMetadata* input() const { return input_.get(); }
     fb::IMessageMetadata* output() const { return output_.get(); }
     const std::vector<Column>& columns() const { return *columns_; }
@@ -31,8 +28,12 @@ public:
     bool isDdl() const { return isDdl_; }
 
 private:
+    struct Freer {
+        void operator()(fb::IStatement* statement) const noexcept;
+    };
+
     std::string sql_;
-    fb::IStatement* statement_ = nullptr;
+    std::unique_ptr<fb::IStatement, Freer> statement_;
     fb::Ref<fb::IMessageMetadata> input_;
     fb::Ref<fb::IMessageMetadata> output_;
     std::shared_ptr<const std::vector<Column>> columns_;
