@@ -1,8 +1,7 @@
 #include "mxbook/data/data_set.h"
 
-#include <strings.h>
-
 #include <algorithm>
+#include <limits>
 #include <optional>
 #include <unordered_map>
 
@@ -91,7 +90,7 @@ public:
         }
     }
 
-    void fetchAll() { fetchUpTo(static_cast<std::size_t>(-1) - 1); }
+    void fetchAll() { fetchUpTo(std::numeric_limits<std::size_t>::max()); }
 
     void checkOpen() const {
         if (state == State::inactive) throw Error("the data set is closed");

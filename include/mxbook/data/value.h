@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -20,8 +21,9 @@ class Value {
 public:
     Value() = default;
     Value(std::nullptr_t) {}
-    Value(int value) : value_(std::int64_t{value}) {}
-    Value(std::int64_t value) : value_(value) {}
+    template <std::integral T>
+        requires(!std::same_as<T, bool> && !std::same_as<T, char>)
+    Value(T value) : value_(static_cast<std::int64_t>(value)) {}
     Value(double value) : value_(value) {}
     Value(bool value) : value_(value) {}
     Value(std::string value) : value_(std::move(value)) {}
