@@ -170,7 +170,7 @@ double parseFloat(std::string_view text, const FormatSettings& settings) {
     if (!settings.decimalSeparator.empty() && settings.decimalSeparator != ".")
         normal = replaceAll(normal, settings.decimalSeparator, ".");
     std::string_view digits = normal;
-    if (!digits.empty() && digits.front() == '+') digits.remove_prefix(1);
+    if (!digits.empty() && digits.front() == '+' && !(digits.size() > 1 && digits[1] == '-')) digits.remove_prefix(1);
     double value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
     if (digits.empty() || error != std::errc() || end != digits.data() + digits.size() || !std::isfinite(value))

@@ -58,8 +58,9 @@ int parseInt(std::string_view text) {
 double roundHalfAwayFromZero(double value, int digits) {
     const double scale = std::pow(10.0, digits);
     const double scaled = std::fabs(value * scale);
-    // Tolerates the last bits lost when the half itself is not representable.
-    const double tolerance = 1e-9 + scaled * 1e-12;
+    // Tolerates the few last bits lost when the half itself is not
+    // representable (2.675 is stored as 2.67499999999999982236431605997495353221893310546875).
+    const double tolerance = scaled * 8 * std::numeric_limits<double>::epsilon();
     const double rounded = std::floor(scaled + 0.5 + tolerance) / scale;
     return std::signbit(value) ? -rounded : rounded;
 }

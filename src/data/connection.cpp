@@ -40,15 +40,6 @@ Connection::~Connection() { close(); }
 
 Connection::Connection(Connection&& other) noexcept = default;
 
-Connection& Connection::operator=(Connection&& other) noexcept {
-    if (this != &other) {
-        close();
-        connectionString_ = std::move(other.connectionString_);
-        impl_ = std::move(other.impl_);
-    }
-    return *this;
-}
-
 void Connection::setConnectionString(std::string connectionString) {
     connectionString_ = std::move(connectionString);
 }

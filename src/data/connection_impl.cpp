@@ -70,6 +70,9 @@ std::shared_ptr<Prepared> ConnectionImpl::prepare(fb::ITransaction* transaction,
 std::vector<Value> ConnectionImpl::run(fb::Transaction& transaction, const std::string& sql,
                                        const std::vector<Value>& params, std::int64_t* affected) {
     const auto prepared = prepare(transaction.get(), sql);
+    if (prepared->controlsTransactions())
+        throw Error("COMMIT, ROLLBACK and SET TRANSACTION cannot run as statements: each statement and each "
+                    "batch of changes is committed by itself", 0, sql);
     if (prepared->isDdl()) {
         // Prepared statements hold the metadata they read: they would keep a
         // changed table's old columns and keep a dropped table "in use".
@@ -89,6 +92,13 @@ std::vector<Value> ConnectionImpl::run(fb::Transaction& transaction, const std::
             returned.push_back(decode(column, row.data(), attachment(), transaction.get()));
         return returned;
     });
+}
+
+std::vector<std::string> ConnectionImpl::relationAliases(const std::string& sql) {
+    fb::Transaction transaction(attachment(), fb::Transaction::Kind::read);
+    std::vector<std::string> aliases = prepare(transaction.get(), sql)->relationAliases();
+    transaction.commit();
+    return aliases;
 }
 
 const std::vector<std::string>& ConnectionImpl::primaryKey(const std::string& table) {

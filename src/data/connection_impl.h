@@ -44,6 +44,9 @@ public:
     std::vector<Value> run(fb::Transaction& transaction, const std::string& sql, const std::vector<Value>& params,
                            std::int64_t* affected = nullptr);
 
+    // The table alias of each column a query returns (see Prepared).
+    std::vector<std::string> relationAliases(const std::string& sql);
+
     // The primary key's columns of a table, in key order; empty without one.
     const std::vector<std::string>& primaryKey(const std::string& table);
 
@@ -58,7 +61,8 @@ private:
 };
 
 // An open cursor over a query's rows, in a read-only transaction of its own
-// that ends when the last row has been read or the cursor is closed.
+// that ends when the last row has been read or the cursor is closed. (So a
+// selectable procedure that writes cannot be read through it.)
 class Cursor {
 public:
     Cursor(ConnectionImpl& connection, const std::string& sql, const std::vector<Value>& params);

@@ -56,6 +56,7 @@ public:
         close();
         const detail::PositionalSql positional = detail::toPositional(sql);
         cursor = std::make_unique<detail::Cursor>(*connection, positional.sql, paramValues(positional));
+        openedSql = positional.sql;
         if (!cursor->returnsRows()) {
             cursor.reset();
             throw Error("the statement returns no rows; run it with execute()", 0, sql);
@@ -105,7 +106,8 @@ public:
     bool eof() const { return position >= rows.size(); }
 
     const detail::WritableTable& target() {
-        if (!writable) writable = detail::findWritableTable(*connection, *columns);
+        if (!writable)
+            writable = detail::findWritableTable(*connection, *columns, connection->relationAliases(openedSql));
         return *writable;
     }
 
@@ -151,6 +153,8 @@ public:
     void updateBatch() {
         toBrowse();
         if (!pending()) return;
+        // Rows still to be fetched would otherwise bring back the rows stored here.
+        fetchAll();
         const detail::WritableTable& table = target();
         fb::Transaction transaction(connection->attachment(), fb::Transaction::Kind::write);
         detail::RowWriter writer(*connection, transaction, *columns, table);
@@ -177,6 +181,7 @@ public:
     std::unordered_map<std::string, Value> params;  // by upper-cased name
     State state = State::inactive;
 
+    std::string openedSql;                   // with '?' for its parameters
     std::unique_ptr<detail::Cursor> cursor;  // while rows remain to be fetched
     std::shared_ptr<const std::vector<detail::Column>> columns;
     std::unordered_map<std::string, int> byName;  // upper-cased name: first column of that name
@@ -199,19 +204,24 @@ DataSet::DataSet(Connection& connection) {
 DataSet::DataSet(Connection& connection, std::string sql) : DataSet(connection) { setSql(std::move(sql)); }
 
 DataSet::~DataSet() = default;
+
+DataSet::Impl& DataSet::impl() const {
+    if (!impl_) throw Error("the data set was moved away");
+    return *impl_;
+}
 DataSet::DataSet(DataSet&&) noexcept = default;
 DataSet& DataSet::operator=(DataSet&&) noexcept = default;
 
 void DataSet::setSql(std::string sql) {
     close();
-    impl_->sql = std::move(sql);
+    impl().sql = std::move(sql);
 }
 
-const std::string& DataSet::sql() const { return impl_->sql; }
+const std::string& DataSet::sql() const { return impl().sql; }
 
-void DataSet::setParam(std::string_view name, Value value) { impl_->params[upper(name)] = std::move(value); }
+void DataSet::setParam(std::string_view name, Value value) { impl().params[upper(name)] = std::move(value); }
 
-void DataSet::open() { impl_->open(); }
+void DataSet::open() { impl().open(); }
 
 void DataSet::close() noexcept {
     if (impl_) impl_->close();
@@ -221,63 +231,63 @@ DataSet::State DataSet::state() const { return impl_ ? impl_->state : State::ina
 
 std::int64_t DataSet::execute() {
     close();
-    const detail::PositionalSql positional = detail::toPositional(impl_->sql);
-    fb::Transaction transaction(impl_->connection->attachment(), fb::Transaction::Kind::write);
+    const detail::PositionalSql positional = detail::toPositional(impl().sql);
+    fb::Transaction transaction(impl().connection->attachment(), fb::Transaction::Kind::write);
     std::int64_t affected = 0;
-    impl_->connection->run(transaction, positional.sql, impl_->paramValues(positional), &affected);
+    impl().connection->run(transaction, positional.sql, impl().paramValues(positional), &affected);
     transaction.commit();
     return affected;
 }
 
 void DataSet::first() {
-    impl_->toBrowse();
-    impl_->position = 0;
-    impl_->fetchUpTo(0);
+    impl().toBrowse();
+    impl().position = 0;
+    impl().fetchUpTo(0);
 }
 
 void DataSet::next() {
-    impl_->toBrowse();
-    if (impl_->eof()) return;
-    ++impl_->position;
-    impl_->fetchUpTo(impl_->position);
+    impl().toBrowse();
+    if (impl().eof()) return;
+    ++impl().position;
+    impl().fetchUpTo(impl().position);
 }
 
 bool DataSet::eof() {
-    impl_->checkOpen();
-    return impl_->state != State::insert && impl_->eof();
+    impl().checkOpen();
+    return impl().state != State::insert && impl().eof();
 }
 
 int DataSet::recordCount() {
-    impl_->checkOpen();
-    impl_->fetchAll();
-    return static_cast<int>(impl_->rows.size());
+    impl().checkOpen();
+    impl().fetchAll();
+    return static_cast<int>(impl().rows.size());
 }
 
 int DataSet::fieldCount() const {
-    impl_->checkOpen();
-    return static_cast<int>(impl_->columns->size());
+    impl().checkOpen();
+    return static_cast<int>(impl().columns->size());
 }
 
 int DataSet::checkedIndex(int index) const {
-    impl_->checkOpen();
-    if (index < 0 || index >= static_cast<int>(impl_->columns->size()))
+    impl().checkOpen();
+    if (index < 0 || index >= static_cast<int>(impl().columns->size()))
         throw Error("the data set has no field " + std::to_string(index) + " (it has " +
-                    std::to_string(impl_->columns->size()) + ")");
+                    std::to_string(impl().columns->size()) + ")");
     return index;
 }
 
 int DataSet::indexOf(std::string_view name) const {
-    impl_->checkOpen();
-    const auto found = impl_->byName.find(upper(name));
-    if (found == impl_->byName.end()) throw Error("the data set has no field " + std::string(name));
+    impl().checkOpen();
+    const auto found = impl().byName.find(upper(name));
+    if (found == impl().byName.end()) throw Error("the data set has no field " + std::string(name));
     return found->second;
 }
 
-const FieldInfo& DataSet::fieldInfo(int index) const { return (*impl_->columns)[checkedIndex(index)].info; }
+const FieldInfo& DataSet::fieldInfo(int index) const { return (*impl().columns)[checkedIndex(index)].info; }
 
 bool DataSet::hasField(std::string_view name) const {
-    impl_->checkOpen();
-    return impl_->byName.count(upper(name)) > 0;
+    impl().checkOpen();
+    return impl().byName.count(upper(name)) > 0;
 }
 
 Field DataSet::field(int index) const { return Field(*this, checkedIndex(index)); }
@@ -285,7 +295,7 @@ Field DataSet::field(int index) const { return Field(*this, checkedIndex(index))
 Field DataSet::field(std::string_view name) const { return Field(*this, indexOf(name)); }
 
 const Value& DataSet::currentValue(int index) const {
-    const Impl& impl = *impl_;
+    const Impl& impl = this->impl();
     checkedIndex(index);
     if (impl.state == State::edit || impl.state == State::insert) return impl.buffer[index];
     if (impl.eof()) throw Error("the data set has no current row");
@@ -293,78 +303,78 @@ const Value& DataSet::currentValue(int index) const {
 }
 
 bool DataSet::locate(std::string_view column, const Value& value) {
-    impl_->toBrowse();
+    impl().toBrowse();
     const int index = indexOf(column);
     Value wanted;
     try {
-        wanted = detail::convertForField(value, (*impl_->columns)[index].info.type);
+        wanted = detail::convertForField(value, (*impl().columns)[index].info.type);
     } catch (const ConversionError&) {
         return false;  // no value of the column's type can equal it
     }
     for (std::size_t i = 0;; ++i) {
-        impl_->fetchUpTo(i);
-        if (i >= impl_->rows.size()) return false;
-        if (impl_->rows[i].values[index] == wanted) {
-            impl_->position = i;
+        impl().fetchUpTo(i);
+        if (i >= impl().rows.size()) return false;
+        if (impl().rows[i].values[index] == wanted) {
+            impl().position = i;
             return true;
         }
     }
 }
 
 void DataSet::edit() {
-    impl_->checkOpen();
-    if (impl_->state == State::edit || impl_->state == State::insert) return;
-    if (impl_->eof()) throw Error("the data set has no current row to edit");
-    impl_->target();
-    impl_->buffer = impl_->rows[impl_->position].values;
-    impl_->bufferChanged.assign(impl_->buffer.size(), false);
-    impl_->state = State::edit;
+    impl().checkOpen();
+    if (impl().state == State::edit || impl().state == State::insert) return;
+    if (impl().eof()) throw Error("the data set has no current row to edit");
+    impl().target();
+    impl().buffer = impl().rows[impl().position].values;
+    impl().bufferChanged.assign(impl().buffer.size(), false);
+    impl().state = State::edit;
 }
 
-void DataSet::insert() { impl_->startInsert(impl_->position); }
+void DataSet::insert() { impl().startInsert(impl().position); }
 
 void DataSet::append() {
-    impl_->checkOpen();
-    impl_->fetchAll();
-    impl_->startInsert(impl_->rows.size());
+    impl().checkOpen();
+    impl().fetchAll();
+    impl().startInsert(impl().rows.size());
 }
 
 void DataSet::setValue(int index, const Value& value) {
     checkedIndex(index);
-    if (impl_->state != State::edit && impl_->state != State::insert)
+    if (impl().state != State::edit && impl().state != State::insert)
         throw Error("the data set is not in edit or insert mode");
-    impl_->buffer[index] = detail::convertForField(value, (*impl_->columns)[index].info.type);
-    impl_->bufferChanged[index] = true;
+    impl().buffer[index] = detail::convertForField(value, (*impl().columns)[index].info.type);
+    impl().bufferChanged[index] = true;
 }
 
 void DataSet::setValue(std::string_view name, const Value& value) { setValue(indexOf(name), value); }
 
 void DataSet::post() {
-    impl_->checkOpen();
-    impl_->post();
+    impl().checkOpen();
+    impl().post();
 }
 
 void DataSet::cancel() {
-    impl_->checkOpen();
-    impl_->buffer.clear();
-    impl_->bufferChanged.clear();
-    impl_->state = State::browse;
+    impl().checkOpen();
+    impl().buffer.clear();
+    impl().bufferChanged.clear();
+    impl().state = State::browse;
 }
 
 void DataSet::remove() {
-    impl_->checkOpen();
-    if (impl_->state == State::insert) return cancel();
+    impl().checkOpen();
+    if (impl().state == State::insert) return cancel();
     cancel();
-    if (impl_->eof()) throw Error("the data set has no current row to delete");
-    impl_->target();
-    auto row = impl_->rows.begin() + static_cast<std::ptrdiff_t>(impl_->position);
-    if (row->status == Row::Status::modified) impl_->deleted.push_back(std::move(row->stored));
-    else if (row->status == Row::Status::stored) impl_->deleted.push_back(std::move(row->values));
-    impl_->rows.erase(row);
-    impl_->fetchUpTo(impl_->position);
+    if (impl().eof()) throw Error("the data set has no current row to delete");
+    impl().target();
+    auto row = impl().rows.begin() + static_cast<std::ptrdiff_t>(impl().position);
+    if (row->status == Row::Status::modified) impl().deleted.push_back(std::move(row->stored));
+    else if (row->status == Row::Status::stored) impl().deleted.push_back(std::move(row->values));
+    impl().rows.erase(row);
+    impl().fetchUpTo(impl().position);
 }
 
-void DataSet::updateBatch() { impl_->updateBatch(); }
+void DataSet::updateBatch() { impl().updateBatch(); }
 
 bool DataSet::hasPendingChanges() const { return impl_ && impl_->state != State::inactive && impl_->pending(); }
 

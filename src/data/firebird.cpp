@@ -1,5 +1,6 @@
 #include "firebird.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -21,13 +22,18 @@ namespace mxbook::db::fb {
 namespace {
 
 // The embedded engine keeps its lock files in a shared folder that an
-// ordinary user may not write; give such a user a folder of its own unless
-// the environment names one.
+// ordinary user may not write; give such a user a private folder of its own
+// unless the environment names one. A folder of that name that is not the
+// user's own (or is a link) is not used: the engine's own error follows.
 void prepareLockFolder() {
     if (geteuid() == 0 || std::getenv("FIREBIRD_LOCK")) return;
-    const auto folder = std::filesystem::temp_directory_path() / ("mxbook-firebird-" + std::to_string(geteuid()));
-    std::error_code ignored;
-    std::filesystem::create_directories(folder, ignored);
+    const std::string folder =
+        (std::filesystem::temp_directory_path() / ("mxbook-firebird-" + std::to_string(geteuid()))).string();
+    mkdir(folder.c_str(), 0700);
+    struct stat info {};
+    if (lstat(folder.c_str(), &info) != 0 || !S_ISDIR(info.st_mode) || info.st_uid != geteuid() ||
+        (info.st_mode & 077) != 0)
+        return;
     setenv("FIREBIRD_LOCK", folder.c_str(), 0);
 }
 

@@ -1,5 +1,6 @@
 #include "message.h"
 
+#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -16,6 +17,7 @@ constexpr int firebirdDayOfDateZero = 15018;
 constexpr unsigned charSetOctets = 1;
 constexpr unsigned charSetUtf8 = 4;
 constexpr unsigned blobChunk = 32768;
+constexpr std::size_t longestVarchar = 32765;  // bytes
 
 template <typename T>
 T load(const unsigned char* at) {
@@ -79,11 +81,36 @@ ISC_QUAD writeBlob(const std::string& content, fb::IAttachment* attachment, fb::
     return id;
 }
 
+[[noreturn]] void outOfRange(const Value& value) { throw ConversionError(value.asText(), "number in the field's range"); }
+
 template <typename T>
 T checkedInteger(const Value& value, std::int64_t number) {
-    if (number < std::numeric_limits<T>::min() || number > std::numeric_limits<T>::max())
-        throw ConversionError(value.asText(), "number in the field's range");
+    if (number < std::numeric_limits<T>::min() || number > std::numeric_limits<T>::max()) outOfRange(value);
     return static_cast<T>(number);
+}
+
+// A NUMERIC(p, s) value as the integer Firebird keeps: value * 10^s.
+std::int64_t scaledInteger(const Value& value, int scale) {
+    if (scale == 0) return value.asInt64();
+    const double scaled = value.asDouble() * powerOfTen(-scale);
+    if (!std::isfinite(scaled) || std::fabs(scaled) >= 9.2e18) outOfRange(value);
+    return std::llround(scaled);
+}
+
+float checkedFloat(const Value& value) {
+    const double number = value.asDouble();
+    if (!(std::fabs(number) <= static_cast<double>(std::numeric_limits<float>::max()))) outOfRange(value);
+    return static_cast<float>(number);
+}
+
+// A FLOAT as the shortest decimal that reads back as the same float, so that
+// 0.1 stored reads as 0.1 and not as 0.10000000149.
+double widenFloat(float number) {
+    char text[32];
+    const auto written = std::to_chars(text, text + sizeof text, number);
+    double wide = number;
+    std::from_chars(text, written.ptr, wide);
+    return wide;
 }
 
 void encode(const Column& column, const Value& value, unsigned char* message, fb::IAttachment* attachment,
@@ -93,8 +120,7 @@ void encode(const Column& column, const Value& value, unsigned char* message, fb
     unsigned char* at = message + column.offset;
     std::int64_t scaled = 0;
     if (column.sqlType == SQL_SHORT || column.sqlType == SQL_LONG || column.sqlType == SQL_INT64)
-        scaled = column.scale == 0 ? value.asInt64()
-                                   : static_cast<std::int64_t>(std::llround(value.asDouble() * powerOfTen(-column.scale)));
+        scaled = scaledInteger(value, column.scale);
     switch (column.sqlType) {
         case SQL_VARYING: {
             const std::string text = value.asText();
@@ -105,7 +131,7 @@ void encode(const Column& column, const Value& value, unsigned char* message, fb
         case SQL_SHORT: store(at, checkedInteger<std::int16_t>(value, scaled)); break;
         case SQL_LONG: store(at, checkedInteger<std::int32_t>(value, scaled)); break;
         case SQL_INT64: store(at, scaled); break;
-        case SQL_FLOAT: store(at, static_cast<float>(value.asDouble())); break;
+        case SQL_FLOAT: store(at, checkedFloat(value)); break;
         case SQL_DOUBLE: case SQL_D_FLOAT: store(at, value.asDouble()); break;
         case SQL_TYPE_DATE: store<ISC_DATE>(at, value.asDate().serial() + firebirdDayOfDateZero); break;
         case SQL_TYPE_TIME: store(at, static_cast<ISC_TIME>(value.asTime().ticks())); break;
@@ -167,7 +193,7 @@ Value decode(const Column& column, const unsigned char* row, fb::IAttachment* at
     const unsigned char* at = row + column.offset;
     const auto scaledNumber = [&](std::int64_t number) -> Value {
         if (column.scale == 0) return number;
-        return static_cast<double>(number) * powerOfTen(column.scale);
+        return static_cast<double>(number) / powerOfTen(-column.scale);  // exact for a power of ten
     };
     switch (column.sqlType) {
         case SQL_VARYING:
@@ -180,7 +206,7 @@ Value decode(const Column& column, const unsigned char* row, fb::IAttachment* at
         case SQL_SHORT: return scaledNumber(load<std::int16_t>(at));
         case SQL_LONG: return scaledNumber(load<std::int32_t>(at));
         case SQL_INT64: return scaledNumber(load<std::int64_t>(at));
-        case SQL_FLOAT: return static_cast<double>(load<float>(at));
+        case SQL_FLOAT: return widenFloat(load<float>(at));
         case SQL_DOUBLE: case SQL_D_FLOAT: return load<double>(at);
         case SQL_TYPE_DATE: return Date::fromSerial(load<ISC_DATE>(at) - firebirdDayOfDateZero);
         case SQL_TYPE_TIME: return Time::fromTicks(load<ISC_TIME>(at));
@@ -208,6 +234,10 @@ InputMessage::InputMessage(fb::IMessageMetadata* metadata, const std::vector<Val
         if (i < values.size()) converted[i] = convertForField(values[i], columns[i].info.type);
         const Column& c = columns[i];
         const bool textual = c.sqlType == SQL_TEXT || c.sqlType == SQL_VARYING || c.sqlType == SQL_NULL;
+        if (textual && !converted[i].isNull() && converted[i].asText().size() > longestVarchar)
+            throw Error("a text of " + std::to_string(converted[i].asText().size()) +
+                        " bytes is longer than a text parameter or column can hold (" +
+                        std::to_string(longestVarchar) + ")");
         widen = widen || (textual && !converted[i].isNull() &&
                           (c.sqlType != SQL_VARYING || converted[i].asText().size() > c.length));
     }

@@ -7,13 +7,15 @@
 
 namespace mxbook::db::detail {
 
-WritableTable findWritableTable(ConnectionImpl& connection, const std::vector<Column>& columns) {
+WritableTable findWritableTable(ConnectionImpl& connection, const std::vector<Column>& columns,
+                                const std::vector<std::string>& relationAliases) {
     if (columns.empty()) throw Error("the query has no columns to write back");
     WritableTable target{columns.front().info.table, {}};
-    for (const Column& column : columns) {
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const Column& column = columns[i];
         if (column.info.table.empty() || column.info.column.empty())
             throw Error("rows cannot be changed: column '" + column.info.name + "' is an expression");
-        if (column.info.table != target.table)
+        if (column.info.table != target.table || relationAliases.at(i) != relationAliases.front())
             throw Error("rows cannot be changed: the query reads more than one table");
     }
     const auto& key = connection.primaryKey(target.table);

@@ -16,9 +16,10 @@ struct WritableTable {
 };
 
 // Throws db::Error saying why when the rows cannot be written back: columns
-// from more than one table or from expressions, or a table without a
-// primary key whose columns are all selected.
-WritableTable findWritableTable(ConnectionImpl& connection, const std::vector<Column>& columns);
+// from more than one table (or from one table under two aliases) or from
+// expressions, or a table without a primary key whose columns are all selected.
+WritableTable findWritableTable(ConnectionImpl& connection, const std::vector<Column>& columns,
+                                const std::vector<std::string>& relationAliases);
 
 class RowWriter {
 public:

@@ -15,6 +15,14 @@ bool isNameChar(char c) { return std::isalnum(static_cast<unsigned char>(c)) || 
 // none starts there.
 std::size_t skippable(std::string_view sql, std::size_t at) {
     const char c = sql[at];
+    // q'{...}': a literal whose own delimiters let it hold apostrophes.
+    if ((c == 'q' || c == 'Q') && at + 2 < sql.size() && sql[at + 1] == '\'' &&
+        (at == 0 || !isNameChar(sql[at - 1]))) {
+        const char open = sql[at + 2];
+        const char close = open == '(' ? ')' : open == '[' ? ']' : open == '{' ? '}' : open == '<' ? '>' : open;
+        const std::size_t end = sql.find(std::string{close, '\''}, at + 3);
+        return (end == std::string_view::npos ? sql.size() : end + 2) - at;
+    }
     if (c == '\'' || c == '"') {
         std::size_t end = at + 1;
         for (;;) {
@@ -71,7 +79,7 @@ std::string withoutComments(std::string_view sql) {
 bool isIsqlCommand(const std::string& statement) {
     const std::string head = upperWords(statement, 2);
     if (head.rfind("SET ", 0) == 0)
-        return head != "SET GENERATOR" && head != "SET STATISTICS" && head != "SET TRANSACTION";
+        return head != "SET GENERATOR" && head != "SET STATISTICS";
     const std::string first = upperWords(statement, 1);
     return first == "COMMIT" || first == "ROLLBACK";
 }
@@ -80,10 +88,22 @@ bool isIsqlCommand(const std::string& statement) {
 
 PositionalSql toPositional(std::string_view sql) {
     PositionalSql result;
+    // In EXECUTE BLOCK only the header takes parameters; after its AS, ":name"
+    // is one of the block's own variables.
+    const bool block = upperWords(withoutComments(sql), 2) == "EXECUTE BLOCK";
     for (std::size_t at = 0; at < sql.size();) {
         if (const std::size_t length = skippable(sql, at)) {
             result.sql.append(sql.substr(at, length));
             at += length;
+        } else if (block && isNameStart(sql[at]) && (at == 0 || !isNameChar(sql[at - 1]))) {
+            std::size_t end = at;
+            while (end < sql.size() && isNameChar(sql[end])) ++end;
+            if (upperWords(sql.substr(at, end - at), 1) == "AS") {
+                result.sql.append(sql.substr(at));
+                break;
+            }
+            result.sql.append(sql.substr(at, end - at));
+            at = end;
         } else if (sql[at] == ':' && at + 1 < sql.size() && isNameStart(sql[at + 1])) {
             std::size_t end = at + 1;
             while (end < sql.size() && isNameChar(sql[end])) ++end;
@@ -137,9 +157,6 @@ bool isIdentifier(std::string_view name) {
 }
 
 std::string sqlName(std::string_view name) {
-    bool upper = true;
-    for (char c : name) upper = upper && !std::islower(static_cast<unsigned char>(c));
-    if (upper && isIdentifier(name)) return std::string(name);
     return "\"" + replaceAll(name, "\"", "\"\"") + "\"";
 }
 

@@ -21,8 +21,8 @@ PositionalSql toPositional(std::string_view sql);
 // committed on its own.
 std::vector<std::string> splitScript(std::string_view script);
 
-// A stored name (a table's, a column's) for SQL text: as it is when Firebird
-// would read it back unchanged, otherwise in double quotes.
+// A stored name (a table's, a column's) for SQL text, in double quotes: the
+// exact name, whatever its case, even where it is a reserved word.
 std::string sqlName(std::string_view name);
 // Letters, digits, '_' and '$', beginning with a letter or '_'.
 bool isIdentifier(std::string_view name);

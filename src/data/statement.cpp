@@ -1,5 +1,7 @@
 #include "statement.h"
 
+#include <algorithm>
+
 namespace mxbook::db::detail {
 
 Prepared::Prepared(fb::IAttachment* attachment, fb::ITransaction* transaction, std::string sql)
@@ -11,7 +13,7 @@ Prepared::Prepared(fb::IAttachment* attachment, fb::ITransaction* transaction, s
         input_.reset(statement_->getInputMetadata(&status));
         output_.reset(statement_->getOutputMetadata(&status));
         hasCursor_ = (statement_->getFlags(&status) & fb::IStatement::FLAG_HAS_CURSOR) != 0;
-        isDdl_ = statement_->getType(&status) == isc_info_sql_stmt_ddl;
+        type_ = statement_->getType(&status);
     });
     columns_ = std::make_shared<const std::vector<Column>>(describe(output_.get()));
 }
@@ -21,6 +23,48 @@ void Prepared::Freer::operator()(fb::IStatement* statement) const noexcept {
     statement->free(&status);
     if (status.getState() & fb::IStatus::STATE_ERRORS) statement->release();
     status.dispose();
+}
+
+bool Prepared::controlsTransactions() const {
+    return type_ == isc_info_sql_stmt_commit || type_ == isc_info_sql_stmt_rollback ||
+           type_ == isc_info_sql_stmt_start_trans;
+}
+
+std::vector<std::string> Prepared::relationAliases() const {
+    // The answer: select, describe_vars, count; then per column its sqlda_seq
+    // and relation_alias, closed by describe_end.
+    static constexpr unsigned char items[] = {isc_info_sql_select, isc_info_sql_describe_vars,
+                                              isc_info_sql_sqlda_seq, isc_info_sql_relation_alias,
+                                              isc_info_sql_describe_end};
+    std::vector<unsigned char> answer(65536);
+    fb::Status status;
+    fb::guarded(sql_, [&] {
+        statement_->getInfo(&status, sizeof items, items, static_cast<unsigned>(answer.size()), answer.data());
+    });
+    std::vector<std::string> aliases(columns_->size());
+    const auto number = [&](std::size_t at, std::size_t length) {  // little-endian, as info answers are
+        std::size_t value = 0;
+        for (std::size_t i = std::min<std::size_t>(length, 4); i-- > 0;) value = value << 8 | answer[at + i];
+        return value;
+    };
+    std::size_t column = 0;
+    for (std::size_t at = 0; at + 3 <= answer.size();) {
+        const unsigned char item = answer[at];
+        if (item == isc_info_end) break;
+        if (item == isc_info_truncated) throw Error("the query's description is too long to read", 0, sql_);
+        if (item == isc_info_sql_select || item == isc_info_sql_describe_end) {
+            ++at;
+            continue;
+        }
+        const std::size_t length = answer[at + 1] | (answer[at + 2] << 8);
+        at += 3;
+        if (at + length > answer.size()) break;
+        if (item == isc_info_sql_sqlda_seq) column = number(at, length);
+        if (item == isc_info_sql_relation_alias && column >= 1 && column <= aliases.size())
+            aliases[column - 1].assign(reinterpret_cast<const char*>(answer.data() + at), length);
+        at += length;
+    }
+    return aliases;
 }
 
 std::shared_ptr<Prepared> StatementCache::acquire(fb::IAttachment* attachment, fb::ITransaction* transaction,

@@ -25,7 +25,12 @@ public:
     std::shared_ptr<const std::vector<Column>> sharedColumns() const { return columns_; }
     bool hasCursor() const { return hasCursor_; }
     // Creates, alters or drops metadata.
-    bool isDdl() const { return isDdl_; }
+    bool isDdl() const { return type_ == isc_info_sql_stmt_ddl; }
+    // COMMIT, ROLLBACK or SET TRANSACTION.
+    bool controlsTransactions() const;
+    // The alias (or name) of the table each output column comes from, as the
+    // query writes it: a table read twice under two aliases shows both.
+    std::vector<std::string> relationAliases() const;
 
 private:
     struct Freer {
@@ -38,12 +43,18 @@ private:
     fb::Ref<fb::IMessageMetadata> output_;
     std::shared_ptr<const std::vector<Column>> columns_;
     bool hasCursor_ = false;
-    bool isDdl_ = false;
+    unsigned type_ = 0;
 };
 
 // The most recently used statements of one attachment, by SQL text. A
 // statement in use (its cursor open) is not handed out twice: the second
 // user gets one prepared for it alone.
+//
+// A prepared statement holds the metadata of the tables it reads, as
+// Firebird's statements do: while this connection is open, another one
+// cannot drop those tables, and does not see its own changes to them here.
+// This connection's own metadata changes empty the cache (see
+// ConnectionImpl::run).
 class StatementCache {
 public:
     explicit StatementCache(std::size_t capacity) : capacity_(capacity) {}

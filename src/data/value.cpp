@@ -28,10 +28,29 @@ std::string lowerAscii(std::string text) {
     throw ConversionError(value.asText(), what);
 }
 
-// Fraction of a day as a time of day, the way a serial date-time carries it.
-Time timeOfDayFraction(double serial) {
-    const double fraction = serial - std::floor(serial);
-    return Time::fromTicks(static_cast<std::int64_t>(std::llround(fraction * static_cast<double>(Time::ticksPerDay))));
+// Serial day numbers of the years 1 to 9999.
+int firstSerial() {
+    static const int serial = Date::fromYmd(1, 1, 1).serial();
+    return serial;
+}
+int lastSerial() {
+    static const int serial = Date::fromYmd(9999, 12, 31).serial();
+    return serial;
+}
+
+Date dateOfSerial(std::int64_t serial, const Value& value) {
+    if (serial < firstSerial() || serial > lastSerial()) throw ConversionError(value.asText(), "date");
+    return Date::fromSerial(static_cast<int>(serial));
+}
+
+// A serial date-time: whole days, and the fraction of a day as the time.
+Timestamp timestampOfSerial(double serial, const Value& value) {
+    if (!(serial >= firstSerial() && serial < lastSerial() + 1.0)) throw ConversionError(value.asText(), "date");
+    // Round once, to ticks, so that a time a hair before midnight carries into the next day.
+    const std::int64_t ticks = std::llround(serial * static_cast<double>(Time::ticksPerDay));
+    std::int64_t days = ticks / Time::ticksPerDay;
+    if (ticks % Time::ticksPerDay < 0) --days;
+    return Timestamp{dateOfSerial(days, value), Time::fromTicks(ticks - days * Time::ticksPerDay)};
 }
 
 // "dd.mm.yyyy" or "dd.mm.yyyy h:nn[:ss]".
@@ -114,8 +133,8 @@ Date Value::asDate(const FormatSettings& settings) const {
     return std::visit(
         Overloaded{
             [](std::monostate) { return Date(); },
-            [](std::int64_t v) { return Date::fromSerial(static_cast<int>(v)); },
-            [](double v) { return Date::fromSerial(static_cast<int>(std::floor(v))); },
+            [this](std::int64_t v) { return dateOfSerial(v, *this); },
+            [this](double v) { return timestampOfSerial(v, *this).date; },
             [&](const std::string& v) { return parseTimestamp(v, settings).date; },
             [](Date v) { return v; },
             [](Time) { return Date(); },
@@ -130,7 +149,7 @@ Time Value::asTime() const {
         Overloaded{
             [](std::monostate) { return Time(); },
             [](std::int64_t) { return Time(); },
-            [](double v) { return timeOfDayFraction(v); },
+            [this](double v) { return timestampOfSerial(v, *this).time; },
             [](const std::string& v) { return parseTime(v); },
             [](Date) { return Time(); },
             [](Time v) { return v; },
@@ -144,8 +163,8 @@ Timestamp Value::asTimestamp(const FormatSettings& settings) const {
     return std::visit(
         Overloaded{
             [](std::monostate) { return Timestamp(); },
-            [](std::int64_t v) { return Timestamp{Date::fromSerial(static_cast<int>(v)), Time()}; },
-            [](double v) { return Timestamp{Date::fromSerial(static_cast<int>(std::floor(v))), timeOfDayFraction(v)}; },
+            [this](std::int64_t v) { return Timestamp{dateOfSerial(v, *this), Time()}; },
+            [this](double v) { return timestampOfSerial(v, *this); },
             [&](const std::string& v) { return parseTimestamp(v, settings); },
             [](Date v) { return Timestamp{v, Time()}; },
             [](Time v) { return Timestamp{Date(), v}; },
@@ -178,6 +197,8 @@ bool Value::asBool() const {
         },
         value_);
 }
+
+void Value::throwOutOfRange(const std::string& text) { throw ConversionError(text, "integer"); }
 
 std::string quoted(std::string_view text) { return "'" + replaceAll(text, "'", "''") + "'"; }
 

@@ -97,7 +97,7 @@ TEST(Format, FloatsUseTheDecimalSeparator) {
     EXPECT_DOUBLE_EQ(parseFloat("1,3", russian), 1.3);
     EXPECT_DOUBLE_EQ(parseFloat("1.3", russian), 1.3);
     EXPECT_DOUBLE_EQ(parseFloat(" -0,25 ", russian), -0.25);
-    for (const char* text : {"", "1,2,3", "abc", "1e", "inf", "nan", "1,3x"}) {
+    for (const char* text : {"", "1,2,3", "abc", "1e", "inf", "nan", "1,3x", "+-5"}) {
         SCOPED_TRACE(text);
         EXPECT_THROW(parseFloat(text, russian), ConversionError);
     }

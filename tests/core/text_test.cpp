@@ -45,6 +45,8 @@ TEST(Text, RoundsHalvesAwayFromZero) {
         {12.5, 0, 13},     {-12.5, 0, -13},  {12.4999, 0, 12}, {0.5, 0, 1},     {-0.5, 0, -1},
         {0.3 * 25, 0, 8},  // 7.5 as the product of a weight and ground minutes
         {0.5 * 25, 0, 13}, {1.005, 2, 1.01}, {2.675, 2, 2.68}, {1234.5678, 2, 1234.57}, {15, -1, 20},
+        // Large values are not pulled over a half they do not reach.
+        {100000000000.45, 0, 100000000000}, {1234567890.444, 2, 1234567890.44},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.value);

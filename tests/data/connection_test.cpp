@@ -82,6 +82,14 @@ TEST_F(ConnectionTest, FailingStatementCarriesFirebirdsMessageCodeAndStatement) 
     EXPECT_EQ(connection().execute("update SAMPLE set COUNTER = COUNTER + 1 where ID < 3"), 2);
 }
 
+TEST_F(ConnectionTest, TransactionControlStatementsAreRefused) {
+    for (const char* sql : {"commit", "rollback", "set transaction read committed"}) {
+        SCOPED_TRACE(sql);
+        EXPECT_THROW(connection().execute(sql), Error);
+    }
+    EXPECT_EQ(connection().execute("update SAMPLE set COUNTER = 0 where ID = 1"), 1);
+}
+
 TEST_F(ConnectionTest, EachStatementIsCommittedAtOnce) {
     connection().execute("insert into NO_KEY values (1, 'x')");
     EXPECT_EQ(scalar("select count(*) from NO_KEY").asInt(), 1);

@@ -220,6 +220,76 @@ TEST_F(DataSetEditTest, OnlyRowsOfOneKeyedTableCanChange) {
     }
 }
 
+TEST_F(DataSetEditTest, ColumnsNamedLikeKeywordsAreWritten) {
+    DataSet rows(connection(), "select * from MEASURE where ID = 1");
+    rows.open();
+    rows.edit();
+    rows.setValue("DATE", "01.02.2024");
+    rows.setValue("ORDER", 3);
+    rows.updateBatch();
+    rows.append();
+    rows.setValue("ID", 3);
+    rows.setValue("ORDER", 4);
+    rows.updateBatch();
+    EXPECT_EQ(scalar("select count(*) from MEASURE where (ID = 1 and \"DATE\" = '2024-02-01' and \"ORDER\" = 3) "
+                     "or (ID = 3 and \"ORDER\" = 4)")
+                  .asInt(),
+              2);
+}
+
+TEST_F(DataSetEditTest, TableReadUnderTwoAliasesCannotChange) {
+    DataSet rows(connection(),
+                 "select a.ID, b.ID as NEXT_ID, b.NAME from SAMPLE a join SAMPLE b on b.ID = a.ID + 1 where a.ID = 1");
+    rows.open();
+    EXPECT_THROW(rows.edit(), Error);
+    DataSet plain(connection(), "select s.* from SAMPLE s where s.ID = 1");
+    plain.open();
+    EXPECT_NO_THROW(plain.edit());
+}
+
+TEST_F(DataSetEditTest, StoringBeforeAllRowsAreReadDoesNotReadThemTwice) {
+    DataSet rows(connection(), "select * from SAMPLE");
+    rows.open();  // only the first row fetched so far
+    rows.insert();
+    rows.setValue("ID", 100);
+    rows.post();
+    rows.updateBatch();
+    EXPECT_EQ(rows.recordCount(), 5);
+    EXPECT_EQ(scalar("select count(*) from SAMPLE").asInt(), 5);
+}
+
+TEST_F(DataSetEditTest, ValuesBeyondTheColumnAreRefusedNotWrapped) {
+    DataSet rows(connection(), "select * from MEASURE where ID = 2");
+    rows.open();
+    rows.edit();
+    rows.setValue("CENTS", 1e17);  // NUMERIC(18, 2) holds below 9.2e16
+    EXPECT_THROW(rows.updateBatch(), ConversionError);
+    rows.edit();
+    rows.setValue("CENTS", Value());
+    rows.setValue("SINGLE", 1e300);
+    EXPECT_THROW(rows.updateBatch(), ConversionError);
+    EXPECT_EQ(scalar("select count(*) from MEASURE where ID = 2 and CENTS is null and SINGLE = 7.25").asInt(), 1);
+
+    DataSet notes(connection(), "select * from SAMPLE where ID = 1");
+    notes.open();
+    notes.edit();
+    notes.setValue("NAME", std::string(70000, 'x'));  // wider than any VARCHAR
+    EXPECT_THROW(notes.updateBatch(), Error);
+    notes.edit();
+    notes.setValue("NAME", Value("Склад"));
+    notes.setValue("NOTE", std::string(70000, 'x'));  // a blob holds it
+    notes.updateBatch();
+    EXPECT_EQ(scalar("select char_length(NOTE) from SAMPLE where ID = 1").asInt(), 70000);
+}
+
+TEST_F(DataSetEditTest, MovedFromDataSetFailsCleanly) {
+    DataSet rows(connection(), "select * from SAMPLE");
+    DataSet taken = std::move(rows);
+    EXPECT_THROW(rows.open(), Error);  // NOLINT(bugprone-use-after-move): the point of the test
+    taken.open();
+    EXPECT_EQ(taken.recordCount(), 4);
+}
+
 TEST_F(DataSetEditTest, SettingOutsideEditModeOrWithBadTextFails) {
     DataSet rows(connection(), "select * from SAMPLE order by ID");
     rows.open();

@@ -205,6 +205,19 @@ TEST_F(DataSetTest, LocateFindsTheExactValue) {
     EXPECT_THROW(rows.locate("NO_SUCH", 1), Error);
 }
 
+TEST_F(DataSetTest, ScaledAndSingleNumbersReadAsTheirDecimals) {
+    DataSet rows = openQuery("select * from MEASURE order by ID");
+    EXPECT_EQ(rows.field("TENTHS").asDouble(), 0.3);
+    EXPECT_EQ(rows.field("SINGLE").asDouble(), 0.1);
+    EXPECT_EQ(rows.field("SINGLE").asText(), "0,1");
+    EXPECT_TRUE(rows.locate("TENTHS", "2,5"));
+    EXPECT_EQ(rows.field("ID").asInt(), 2);
+    EXPECT_TRUE(rows.locate("TENTHS", 0.3));
+    EXPECT_TRUE(rows.locate("SINGLE", 7.25));
+    EXPECT_TRUE(rows.locate("SINGLE", 0.1));
+    EXPECT_EQ(rows.field("ID").asInt(), 1);
+}
+
 TEST_F(DataSetTest, SameQueryCanBeOpenTwiceAtOnce) {
     DataSet outer = openQuery("select ID from SAMPLE order by ID");
     int pairs = 0;

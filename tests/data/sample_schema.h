@@ -28,6 +28,16 @@ create table AUTO_ID (
     KIND integer default 7
 );
 create table NO_KEY (A integer, B varchar(10));
+create table MEASURE (
+    ID integer not null primary key,
+    "DATE" date,
+    "ORDER" integer,
+    TENTHS numeric(9, 1),
+    CENTS numeric(18, 2),
+    SINGLE float
+);
+insert into MEASURE (ID, TENTHS, SINGLE) values (1, 0.3, 0.1);
+insert into MEASURE (ID, TENTHS, SINGLE) values (2, 2.5, 7.25);
 create generator GEN_SAMPLE_ID;
 insert into SAMPLE (ID, NAME, COUNTER) values (1, 'Склад', 10);
 insert into SAMPLE (ID, NAME, COUNTER) values (2, 'Ремфонд', 20);

@@ -52,9 +52,27 @@ TEST(Script, LastStatementNeedsNoTerminator) {
     EXPECT_TRUE(splitScript("  -- nothing\n ; ;").empty());
 }
 
-TEST(SqlNames, QuotedOnlyWhenFirebirdWouldChangeThem) {
-    EXPECT_EQ(sqlName("REESTR"), "REESTR");
-    EXPECT_EQ(sqlName("GEN_ETA_ZCU_ID"), "GEN_ETA_ZCU_ID");
+TEST(NamedParameters, BlockVariablesAreNotParameters) {
+    const PositionalSql result = toPositional(
+        "execute block (LIMIT integer = :pLIMIT) returns (X integer) as declare Y integer = 5; begin X = :Y; end");
+    EXPECT_EQ(result.names, (std::vector<std::string>{"pLIMIT"}));
+    EXPECT_NE(result.sql.find("X = :Y"), std::string::npos);
+}
+
+TEST(NamedParameters, QuotedStringsWithTheirOwnDelimiters) {
+    const PositionalSql result = toPositional("select q'{it's :no}' from T where A = :pA");
+    EXPECT_EQ(result.names, (std::vector<std::string>{"pA"}));
+    EXPECT_EQ(splitScript("insert into T values (q'{it's; one}'); insert into T values (2);").size(), 2u);
+}
+
+TEST(Script, TransactionControlIsLeftOut) {
+    EXPECT_EQ(splitScript("SET TRANSACTION READ COMMITTED; insert into T values (1); rollback; commit work;"),
+              (std::vector<std::string>{"insert into T values (1)"}));
+}
+
+TEST(SqlNames, StoredNamesAreAlwaysQuoted) {
+    EXPECT_EQ(sqlName("REESTR"), "\"REESTR\"");
+    EXPECT_EQ(sqlName("ORDER"), "\"ORDER\"");
     EXPECT_EQ(sqlName("Spravka"), "\"Spravka\"");
     EXPECT_EQ(sqlName("A B"), "\"A B\"");
     EXPECT_EQ(sqlName("X\"Y"), "\"X\"\"Y\"");

@@ -75,6 +75,12 @@ TEST_F(ValueTest, NumbersAndSerialDates) {
     EXPECT_EQ(Value(45352.75).asTimestamp(), (Timestamp{Date::fromYmd(2024, 3, 1), Time::fromHms(18, 0)}));
     EXPECT_EQ(Value(Date::fromYmd(2024, 3, 1)).asInt(), 45352);
     EXPECT_THROW(Value(1e30).asInt64(), ConversionError);
+    // A time a hair before midnight carries into the next day.
+    EXPECT_EQ(Value(45000.99999999995).asTimestamp(), (Timestamp{Date::fromSerial(45001), Time()}));
+    EXPECT_THROW(Value(1e10).asDate(), ConversionError);
+    EXPECT_THROW(Value(std::int64_t{3000000000}).asDate(), ConversionError);
+    EXPECT_THROW(Value(std::uint64_t{18446744073709551615u}), ConversionError);
+    EXPECT_EQ(Value(std::size_t{7}).asInt(), 7);
 }
 
 TEST(Quoted, DoublesApostrophes) {

@@ -20,8 +20,10 @@ public:
     Connection();
     explicit Connection(std::string connectionString);
     ~Connection();
+    // Moving keeps the data sets with the attachment they read from; there is
+    // no move assignment, which would leave them on a closed one.
     Connection(Connection&&) noexcept;
-    Connection& operator=(Connection&&) noexcept;
+    Connection& operator=(Connection&&) = delete;
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 

@@ -112,6 +112,7 @@ public:
 private:
     friend class Field;
     class Impl;
+    Impl& impl() const;
     const Value& currentValue(int index) const;
     int checkedIndex(int index) const;
     int indexOf(std::string_view name) const;

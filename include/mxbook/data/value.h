@@ -2,6 +2,7 @@
 
 #include <concepts>
 #include <cstdint>
+#include <type_traits>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -21,9 +22,10 @@ class Value {
 public:
     Value() = default;
     Value(std::nullptr_t) {}
+    // Throws ConversionError for an unsigned value beyond the signed 64-bit range.
     template <std::integral T>
         requires(!std::same_as<T, bool> && !std::same_as<T, char>)
-    Value(T value) : value_(static_cast<std::int64_t>(value)) {}
+    Value(T value) : value_(checkedInt64(value)) {}
     Value(double value) : value_(value) {}
     Value(bool value) : value_(value) {}
     Value(std::string value) : value_(std::move(value)) {}
@@ -52,6 +54,14 @@ public:
     friend bool operator==(const Value&, const Value&) = default;
 
 private:
+    template <std::integral T>
+    static std::int64_t checkedInt64(T value) {
+        if constexpr (std::is_unsigned_v<T> && sizeof(T) >= sizeof(std::int64_t))
+            if (value > static_cast<T>(INT64_MAX)) throwOutOfRange(std::to_string(value));
+        return static_cast<std::int64_t>(value);
+    }
+    [[noreturn]] static void throwOutOfRange(const std::string& text);
+
     // The alternatives follow ValueKind.
     std::variant<std::monostate, std::int64_t, double, std::string, Date, Time, Timestamp, bool> value_;
 };
