@@ -68,11 +68,7 @@ bool Connection::isOpen() const { return impl_ && impl_->isOpen(); }
 
 std::int64_t Connection::execute(std::string_view sql) {
     if (!impl_) throw Error("the connection is closed");
-    fb::Transaction transaction(impl_->attachment(), fb::Transaction::Kind::write);
-    std::int64_t affected = 0;
-    impl_->run(transaction, std::string(sql), {}, &affected);
-    transaction.commit();
-    return affected;
+    return impl_->execute(std::string(sql), {});
 }
 
 void Connection::executeScript(std::string_view script) {

@@ -51,10 +51,7 @@ void ConnectionImpl::detach() noexcept {
     statements_.clear();
     primaryKeys_.clear();
     if (!attachment_) return;
-    fb::CheckStatusWrapper status(fb::master()->getStatus());
-    attachment_->detach(&status);
-    if (status.getState() & fb::IStatus::STATE_ERRORS) attachment_->release();
-    status.dispose();
+    fb::endQuietly(attachment_, &fb::IAttachment::detach<fb::CheckStatusWrapper>);
     attachment_ = nullptr;
 }
 
@@ -92,6 +89,14 @@ std::vector<Value> ConnectionImpl::run(fb::Transaction& transaction, const std::
             returned.push_back(decode(column, row.data(), attachment(), transaction.get()));
         return returned;
     });
+}
+
+std::int64_t ConnectionImpl::execute(const std::string& sql, const std::vector<Value>& params) {
+    fb::Transaction transaction(attachment(), fb::Transaction::Kind::write);
+    std::int64_t affected = 0;
+    run(transaction, sql, params, &affected);
+    transaction.commit();
+    return affected;
 }
 
 std::vector<std::string> ConnectionImpl::relationAliases(const std::string& sql) {
@@ -144,10 +149,7 @@ bool Cursor::fetch(std::vector<Value>& row) {
 
 void Cursor::close() noexcept {
     if (resultSet_) {
-        fb::CheckStatusWrapper status(fb::master()->getStatus());
-        resultSet_->close(&status);
-        if (status.getState() & fb::IStatus::STATE_ERRORS) resultSet_->release();
-        status.dispose();
+        fb::endQuietly(resultSet_, &fb::IResultSet::close<fb::CheckStatusWrapper>);
         resultSet_ = nullptr;
     }
     try {

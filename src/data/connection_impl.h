@@ -44,6 +44,10 @@ public:
     std::vector<Value> run(fb::Transaction& transaction, const std::string& sql, const std::vector<Value>& params,
                            std::int64_t* affected = nullptr);
 
+    // Runs a statement without a cursor in a write transaction of its own and
+    // commits it; returns the rows it changed.
+    std::int64_t execute(const std::string& sql, const std::vector<Value>& params);
+
     // The table alias of each column a query returns (see Prepared).
     std::vector<std::string> relationAliases(const std::string& sql);
 

@@ -232,11 +232,7 @@ DataSet::State DataSet::state() const { return impl_ ? impl_->state : State::ina
 std::int64_t DataSet::execute() {
     close();
     const detail::PositionalSql positional = detail::toPositional(impl().sql);
-    fb::Transaction transaction(impl().connection->attachment(), fb::Transaction::Kind::write);
-    std::int64_t affected = 0;
-    impl().connection->run(transaction, positional.sql, impl().paramValues(positional), &affected);
-    transaction.commit();
-    return affected;
+    return impl().connection->execute(positional.sql, impl().paramValues(positional));
 }
 
 void DataSet::first() {

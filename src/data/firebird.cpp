@@ -95,10 +95,7 @@ void Transaction::commit() {
 
 void Transaction::rollback() noexcept {
     if (!handle_) return;
-    CheckStatusWrapper status(master()->getStatus());
-    handle_->rollback(&status);
-    if (status.getState() & IStatus::STATE_ERRORS) handle_->release();
-    status.dispose();
+    endQuietly(handle_, &ITransaction::rollback<CheckStatusWrapper>);
     handle_ = nullptr;
 }
 

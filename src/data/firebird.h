@@ -40,6 +40,17 @@ decltype(auto) guarded(std::string_view statement, Call&& call) {
     }
 }
 
+// Ends a handle with `end` (detach, close, free, rollback), which releases it;
+// when ending fails, releases it anyway. Never throws: for destructors and
+// clean-up paths, where there is nobody left to tell.
+template <typename Handle, typename End>
+void endQuietly(Handle* handle, End end) noexcept {
+    CheckStatusWrapper status(master()->getStatus());
+    (handle->*end)(&status);
+    if (status.getState() & IStatus::STATE_ERRORS) handle->release();
+    status.dispose();
+}
+
 struct Releaser {
     void operator()(IReferenceCounted* object) const { object->release(); }
 };

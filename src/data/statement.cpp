@@ -19,10 +19,7 @@ Prepared::Prepared(fb::IAttachment* attachment, fb::ITransaction* transaction, s
 }
 
 void Prepared::Freer::operator()(fb::IStatement* statement) const noexcept {
-    fb::CheckStatusWrapper status(fb::master()->getStatus());
-    statement->free(&status);
-    if (status.getState() & fb::IStatus::STATE_ERRORS) statement->release();
-    status.dispose();
+    fb::endQuietly(statement, &fb::IStatement::free<fb::CheckStatusWrapper>);
 }
 
 bool Prepared::controlsTransactions() const {
