@@ -2,6 +2,7 @@
 // and the values in them.
 #pragma once
 
+#include "mxbook/data/batch.h"
 #include "mxbook/data/connection.h"
 #include "mxbook/data/connection_string.h"
 #include "mxbook/data/data_set.h"
