@@ -4,6 +4,8 @@
 #include "mxbook/data.h"
 #include "mxbook/date.h"
 #include "mxbook/error.h"
+#include "mxbook/fleet.h"
 #include "mxbook/format.h"
 #include "mxbook/host.h"
+#include "mxbook/schema.h"
 #include "mxbook/text.h"

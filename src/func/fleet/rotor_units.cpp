@@ -1,0 +1,147 @@
+// Rotor-system and other units: each kind is a row of the table below, and
+// one routine writes them all.
+#include <algorithm>
+
+#include "units.h"
+
+namespace mxbook::fleet {
+
+namespace {
+
+constexpr int hours = 60;
+
+struct RotorKind {
+    std::string_view table;
+    std::string_view drawingNumber;
+    int (*countOn)(const AircraftProfile&);
+    int totalLimit;     // hours
+    int overhaulLimit;  // hours; 0: the kind is never overhauled
+    std::string_view serialColumn = "ZAVODSKOI_NOMER";
+    std::string_view manufacturedColumn = "DATA_VYPUSKA";
+    std::string_view flagColumn = {};  // empty: its counters run with the aircraft, never derived
+    std::string_view nameColumn = {};  // empty: the table keeps no name
+    std::string_view name = {};
+    bool keepsReading = true;          // has NARABOTKA_VS_PRI_USTANOVKE
+    bool keepsCalendar = true;         // has SROK_OBSH
+    bool keepsFirstOverhaulLimit = true;  // has RESURS_DO_PR and SROK_DO_PR
+    bool followsEngine = false;        // counts the first engine's time, not the airframe's
+};
+
+constexpr RotorKind rotorKinds[] = {
+    {.table = "VTULKA_NV", .drawingNumber = "8-1930-000", .countOn = [](const AircraftProfile& p) { return p.helicopter ? 1 : 0; },
+     .totalLimit = 12000, .overhaulLimit = 2000, .serialColumn = "ZAVODSKOY_NOMER",
+     .flagColumn = "NEPRIAMOI_UCHET_NAR_AGREGATA", .nameColumn = "NAZVANIE", .name = "Втулка несущего винта"},
+    {.table = "LOPAST", .drawingNumber = "8АТ-2710-00", .countOn = [](const AircraftProfile& p) { return p.mainBlades + p.tailBlades; },
+     .totalLimit = 8000, .overhaulLimit = 2000, .flagColumn = "NEPRIAMOI_UCHET_NAR_LOPAST"},
+    {.table = "HVOSTOVOY_VINT", .drawingNumber = "246-3925-00", .countOn = [](const AircraftProfile& p) { return p.tailBlades > 0 ? 1 : 0; },
+     .totalLimit = 9000, .overhaulLimit = 1500, .flagColumn = "NEPRIAMOI_UCHET_NAR_VINTA"},
+    {.table = "LEBEDKA", .drawingNumber = "ЛПГ-150М", .countOn = [](const AircraftProfile& p) { return p.winch ? 1 : 0; },
+     .totalLimit = 6000, .overhaulLimit = 1500, .flagColumn = "NEPRIAMOI_UCHET_NAR_LEBEDKI"},
+    {.table = "PODVESKA", .drawingNumber = "ВП-3", .countOn = [](const AircraftProfile& p) { return p.sling ? 1 : 0; },
+     .totalLimit = 5000, .overhaulLimit = 1000, .keepsReading = false, .keepsFirstOverhaulLimit = false},
+    {.table = "SHLANG", .drawingNumber = "8А-4500-810", .countOn = [](const AircraftProfile& p) { return p.hoses; },
+     .totalLimit = 3000, .overhaulLimit = 0, .manufacturedColumn = "DATA_VYPUSKA_RUKAVA",
+     .flagColumn = "NEPRIAMOI_UCHET_NAR_SHLANG", .keepsCalendar = false},
+    {.table = "ZCU", .drawingNumber = "ЗЦУ-8", .countOn = [](const AircraftProfile& p) { return p.zcuUnits; },
+     .totalLimit = 4000, .overhaulLimit = 1500, .flagColumn = "NEPRIAMOI_UCHET_NAR_ZCU", .nameColumn = "NAZVANIE",
+     .name = "Узел ЗЦУ"},
+    {.table = "VOZDUSHNY_VINT", .drawingNumber = "АВ-2", .countOn = [](const AircraftProfile& p) { return p.propeller ? 1 : 0; },
+     .totalLimit = 8000, .overhaulLimit = 1000, .serialColumn = "ZAVODSKOY_NOMER", .keepsReading = false,
+     .followsEngine = true},
+};
+
+struct UnitState {
+    std::string location;
+    Date installed;
+    int usedBefore = 0;
+    int overhauledBefore = 0;
+    int overhauls = 0;
+    bool indirect = false;
+    int carried = 0;          // minutes the carrier ran since installation
+    std::string reading;      // the carrier's hours at installation; empty off the aircraft
+};
+
+void writeRotorUnit(Generation& g, const RotorKind& kind, std::string_view aircraftType, const UnitState& s,
+                    const std::string& owner, Random& r) {
+    auto& units = g.table(std::string(kind.table));
+    const bool indirect = !kind.flagColumn.empty() && s.indirect;
+    auto row = units.row();
+    row.set("TIP_VS", aircraftType)
+        .set("GDE_STOIT", s.location)
+        .set("CHERT_NOMER", kind.drawingNumber)
+        .set(kind.serialColumn, g.nextSerial())
+        .set(kind.manufacturedColumn, s.installed.addYears(-r.between(1, 10)))
+        .set("DATA_USTANOVKI", s.installed)
+        .set("NARABOTKA_SNE", hoursText(indirect ? s.usedBefore : s.usedBefore + s.carried))
+        .set("RESURS_OBSH", kind.totalLimit)
+        .set("SOBSTVENNOST", owner);
+    if (!kind.flagColumn.empty()) row.set(kind.flagColumn, s.indirect ? 1 : 0);
+    if (kind.keepsReading && !s.reading.empty()) row.set("NARABOTKA_VS_PRI_USTANOVKE", s.reading);
+    if (!kind.nameColumn.empty()) row.set(kind.nameColumn, kind.name);
+    if (kind.keepsCalendar) row.set("SROK_OBSH", calendarLimit(r.chance(0.5) ? 20 : 12, r.chance(0.2) ? 6 : 0));
+    if (kind.overhaulLimit > 0) {
+        row.set("NARABOTKA_PPR", hoursText(indirect ? s.overhauledBefore : s.overhauledBefore + s.carried))
+            .set("RESURS_MR", kind.overhaulLimit)
+            .set("SROK_MR", calendarLimit(r.between(3, 8)))
+            .set("KOL_VO_REMONTOV", s.overhauls);
+        if (s.overhauls > 0) row.set("DATA_REMONTA", s.installed.addDays(-r.between(30, 700)));
+        else if (kind.keepsFirstOverhaulLimit)
+            row.set("RESURS_DO_PR", kind.overhaulLimit * 3 / 2).set("SROK_DO_PR", calendarLimit(6));
+    }
+    if (kind.table == "VTULKA_NV") row.set("EDINICA_NARABOTKI", 0).set("PLAN_DVIG_VSU", 0);
+    if (kind.table == "LEBEDKA")
+        row.set("RESURS_TROS_LUDI", 1500).set("RESURS_TROS_GRUZY", 3000)
+            .set("TROS_CICLI_LUDI", r.between(0, 1400)).set("TROS_CICLI_GRUZY", r.between(0, 2800))
+            .set("DATA_ZAMENY_TROSA", s.installed.addDays(r.between(-200, 200)));
+    if (kind.table == "HVOSTOVOY_VINT") row.set("ZAVODSKOY_NOMER_VTULKA", g.nextSerial());
+    if (kind.followsEngine) row.set("ODIN_DVA", 0);
+    units.insert(g.batch, row);
+    ++g.summary.units;
+}
+
+UnitState wornState(Random& r, const RotorKind& kind) {
+    UnitState s;
+    const int share = r.chance(0.08) ? r.between(85, 99) : r.between(0, 70);
+    s.usedBefore = kind.totalLimit * share / 100 * hours + r.between(0, 59);
+    s.overhauls = kind.overhaulLimit > 0 && share > 30 ? r.between(0, 2) : 0;
+    s.overhauledBefore = s.overhauls == 0 ? s.usedBefore : s.usedBefore / (s.overhauls + 2);
+    s.indirect = r.chance(0.6);
+    return s;
+}
+
+}  // namespace
+
+void writeRotorUnits(Generation& g, const AircraftPlan& p) {
+    Random r = p.random.fork(5);
+    const Date first = p.firstInstallDay(g.historyStart);
+    for (const RotorKind& kind : rotorKinds)
+        for (int n = kind.countOn(*p.profile); n > 0; --n) {
+            UnitState s = wornState(r, kind);
+            s.location = p.tail;
+            s.installed = first.addDays(r.between(0, std::max(0, daysBetween(first, g.today.addDays(-1)))));
+            if (kind.followsEngine && !p.engines.empty()) {
+                const int at = p.engineMinutesAt(p.engines.front(), std::max(s.installed, p.engines.front().counters.installed));
+                s.carried = p.engines.front().counters.minutesNow - at;
+                s.reading = hoursText(at);
+            } else {
+                const int at = p.airframeMinutesAt(s.installed);
+                s.carried = p.airframe.minutesNow - at;
+                s.reading = hoursText(at);
+            }
+            writeRotorUnit(g, kind, p.profile->type, s, p.owner, r);
+        }
+}
+
+void writeOffAircraftRotorUnits(Generation& g, const AircraftProfile& profile) {
+    Random r = g.random.fork(0x0FF + static_cast<std::uint64_t>(profile.typeCode));
+    for (std::string_view location : offAircraftLocations)
+        for (const RotorKind& kind : rotorKinds) {
+            if (kind.countOn(profile) == 0) continue;
+            UnitState s = wornState(r, kind);
+            s.location = location;
+            s.installed = g.today.addDays(-r.between(10, 700));
+            writeRotorUnit(g, kind, profile.type, s, "1", r);
+        }
+}
+
+}  // namespace mxbook::fleet
