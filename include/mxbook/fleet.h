@@ -17,7 +17,7 @@ namespace mxbook::fleet {
 struct FleetOptions {
     // The same seed and sizes give the same rows, row for row.
     std::uint64_t seed = 1;
-    int aircraft = 6;
+    int aircraft = 7;
     // Years of flight records up to the day before `today`.
     int years = 2;
     // General components per aircraft on the airframe (engine-, APU- and
@@ -28,7 +28,7 @@ struct FleetOptions {
     Date today;
 };
 
-// A handful of aircraft flown for two years: what `mxbook demo` shows.
+// One aircraft of each type, flown for two years: what `mxbook demo` shows.
 FleetOptions demoFleet();
 // A hundred aircraft with ten years of records and tens of thousands of units.
 FleetOptions benchmarkFleet();

@@ -4,8 +4,8 @@
 
 namespace mxbook::cli {
 
-// Creates an embedded database in a fresh temporary folder, writes a few
-// rows, reads them back and tells what it did. Returns the exit code.
+// Creates the four databases embedded in a fresh temporary folder, fills the
+// main one with the demo fleet and prints an overview. Returns the exit code.
 int runDemo(std::ostream& out);
 
 }  // namespace mxbook::cli

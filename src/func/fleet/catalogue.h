@@ -33,7 +33,10 @@ struct AircraftProfile {
     // Typical minutes in the air per flight, and flights per flying day.
     int shortestFlight = 20, longestFlight = 180;
     int mostFlightsPerDay = 2;
-    GroundRule airframe, units, engine, engineUnits, gearbox, blades, propellerRule, hosesRule, zcu;
+    // The airframe's counter and the units it carries follow one rule, and an
+    // engine and its units another, so that a unit's derived time and the
+    // time carried to it from the flights agree.
+    GroundRule airframe, engine, gearbox, blades, propellerRule, hosesRule, zcu;
     // Hours of the light form, of the periodic form, and steps in the form cycle.
     int lightFormHours = 50, periodicFormHours = 100, formSteps = 4;
 };

@@ -30,7 +30,11 @@ std::string tailNumber(const AircraftProfile& profile, int index) {
 
 }  // namespace
 
-FleetOptions demoFleet() { return FleetOptions{}; }
+FleetOptions demoFleet() {
+    FleetOptions options;
+    options.aircraft = static_cast<int>(aircraftProfiles().size());  // one of each type
+    return options;
+}
 
 FleetOptions benchmarkFleet() {
     FleetOptions options;

@@ -18,8 +18,8 @@ void writeTypeData(Generation& g, const AircraftProfile& p) {
         const GroundRule& rule;
     } rules[] = {
         {"UCHITYVAT_ZEMLU", "KOL_VO_ZEMLIA_PLANER", p.airframe},
-        {"ZEMLIA_AGREGATY", "KOL_VO_ZEMLIA_AGREGATY", p.units},
-        {"ZEMLIA_AGR_DVIG", "KOL_VO_ZEMLIA_AGR_DVIG", p.engineUnits},
+        {"ZEMLIA_AGREGATY", "KOL_VO_ZEMLIA_AGREGATY", p.airframe},
+        {"ZEMLIA_AGR_DVIG", "KOL_VO_ZEMLIA_AGR_DVIG", p.engine},
         {"ZEMLIA_DVIGATEL", "KOL_VO_ZEMLIA_DVIGATEL", p.engine},
         {"ZEMLIA_REDUCTOR", "KOL_VO_ZEMLIA_REDUCTOR", p.gearbox},
         {"ZEMLIA_LOPASTY", "KOL_VO_ZEMLIA_LOPASTY", p.blades},
