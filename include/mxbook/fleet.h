@@ -52,7 +52,6 @@ using Progress = std::function<void(std::string_view stage, double done)>;
 // range and db::Error when the database refuses; each aircraft is stored
 // with its units and flights at once, so an interrupted run leaves whole
 // aircraft only.
-FleetSummary generateFleet(db::Connection& connection, const FleetOptions& options,
-                           const Progress& progress = {});
+FleetSummary generateFleet(db::Connection& connection, const FleetOptions& options, const Progress& progress = {});
 
 }  // namespace mxbook::fleet

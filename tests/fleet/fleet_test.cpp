@@ -69,8 +69,8 @@ protected:
     std::unique_ptr<FleetDatabase> fleet_;
 };
 
-constexpr const char* unitTables[] = {"AGREGAT", "AGR_VSU", "VTULKA_NV", "LOPAST", "HVOSTOVOY_VINT",
-                                      "LEBEDKA", "PODVESKA", "SHLANG", "ZCU", "VOZDUSHNY_VINT"};
+constexpr const char* unitTables[] = {"AGREGAT", "AGR_VSU",  "VTULKA_NV", "LOPAST", "HVOSTOVOY_VINT",
+                                      "LEBEDKA", "PODVESKA", "SHLANG",    "ZCU",    "VOZDUSHNY_VINT"};
 const std::set<std::string> offAircraft = {"Склад", "Ремфонд", "Ремонт", "Рекламация"};
 
 TEST_F(FleetTest, SummaryCountsTheRowsWritten) {
@@ -101,17 +101,20 @@ TEST_F(FleetTest, UnitsStandOnAircraftAndInEveryOffAircraftLocation) {
     for (const char* table : {"AGREGAT", "LOPAST", "SHLANG", "VTULKA_NV"}) {
         SCOPED_TRACE(table);
         const auto locations = f.distinct(std::string("select distinct GDE_STOIT from ") + table);
-        for (const auto& location : locations) EXPECT_TRUE(tails.contains(location) || offAircraft.contains(location)) << location;
+        for (const auto& location : locations)
+            EXPECT_TRUE(tails.contains(location) || offAircraft.contains(location)) << location;
         for (const auto& location : offAircraft) EXPECT_TRUE(locations.contains(location)) << location;
     }
     // Counted in hours and in landings, on the airframe and on engines, derived and direct.
     EXPECT_EQ(f.distinct("select distinct EDINICA_NARABOTKI from AGREGAT"), (std::set<std::string>{"0", "1"}));
     EXPECT_EQ(f.distinct("select distinct PLAN_DVIG_VSU from AGREGAT"), (std::set<std::string>{"0", "1"}));
-    EXPECT_EQ(f.distinct("select distinct NEPRIAMOI_UCHET_NAR_AGREGATA from AGREGAT"), (std::set<std::string>{"0", "1"}));
+    EXPECT_EQ(f.distinct("select distinct NEPRIAMOI_UCHET_NAR_AGREGATA from AGREGAT"),
+              (std::set<std::string>{"0", "1"}));
     // A unit on an engine names an engine that exists, in repair too.
-    EXPECT_EQ(f.count("select count(*) from AGREGAT a where PLAN_DVIG_VSU = 1 and not exists "
-                      "(select 1 from DVIGATEL d where d.ZAVODSKOI_NOMER = a.NUMER_DVIG_VSU and d.GDE_STOIT = a.GDE_STOIT)"),
-              0);
+    EXPECT_EQ(
+        f.count("select count(*) from AGREGAT a where PLAN_DVIG_VSU = 1 and not exists "
+                "(select 1 from DVIGATEL d where d.ZAVODSKOI_NOMER = a.NUMER_DVIG_VSU and d.GDE_STOIT = a.GDE_STOIT)"),
+        0);
     EXPECT_GT(f.count("select count(*) from AGREGAT where PLAN_DVIG_VSU = 1 and GDE_STOIT = 'Ремонт'"), 0);
     EXPECT_EQ(f.count("select count(distinct ZAVODSKOI_NOMER) from AGREGAT"), f.count("select count(*) from AGREGAT"));
 }
@@ -161,7 +164,8 @@ TEST_F(FleetTest, DerivedTimeOfUnitsIsTheFlightsSinceTheirInstallation) {
          "where a.PLAN_DVIG_VSU = 0 and a.EDINICA_NARABOTKI = 0",
          "V_VOZDUHE", "NA_ZEMLE", "ZEMLIA_AGREGATY", "KOL_VO_ZEMLIA_AGREGATY"},
         {"components on engines",
-         "select a.GDE_STOIT, a.TIP_VS, a.DATA_USTANOVKI, a.NARABOTKA_VS_PRI_USTANOVKE, d.NARABOTKA_PPR, d.ODIN_DVA + 1 "
+         "select a.GDE_STOIT, a.TIP_VS, a.DATA_USTANOVKI, a.NARABOTKA_VS_PRI_USTANOVKE, d.NARABOTKA_PPR, d.ODIN_DVA + "
+         "1 "
          "from AGREGAT a join DVIGATEL d on d.ZAVODSKOI_NOMER = a.NUMER_DVIG_VSU and d.GDE_STOIT = a.GDE_STOIT "
          "join REESTR r on r.BORTOVOI_NOMER = a.GDE_STOIT where a.PLAN_DVIG_VSU = 1 and a.EDINICA_NARABOTKI = 0",
          "V_VOZDUHE_", "NA_ZEMLE_", "ZEMLIA_AGR_DVIG", "KOL_VO_ZEMLIA_AGR_DVIG"},
@@ -181,10 +185,10 @@ TEST_F(FleetTest, DerivedTimeOfUnitsIsTheFlightsSinceTheirInstallation) {
                                      " from TIPOVYE_DANNYE_VS where TIP_VS = " + db::quoted(unit[1].asText()));
             const double factor = rule.at(0)[0].asText() == "1" ? rule.at(0)[1].asDouble() : 0.0;
             int carried = 0;
-            for (const auto& flight : f.rows(std::string("select ") + c.air + (perPlace ? place : "") + ", " + c.ground +
-                                             (perPlace ? place : "") + " from SPRAVKA where BORTOVOI_NOMER = " +
-                                             db::quoted(unit[0].asText()) + " and DATA_POLETA >= '" +
-                                             formatDate(unit[2].asDate(), "yyyy-mm-dd") + "'"))
+            for (const auto& flight : f.rows(
+                     std::string("select ") + c.air + (perPlace ? place : "") + ", " + c.ground +
+                     (perPlace ? place : "") + " from SPRAVKA where BORTOVOI_NOMER = " + db::quoted(unit[0].asText()) +
+                     " and DATA_POLETA >= '" + formatDate(unit[2].asDate(), "yyyy-mm-dd") + "'"))
                 carried += minutesOf(flight[0]) + static_cast<int>(std::lround(minutesOf(flight[1]) * factor));
             EXPECT_EQ(toMinutes(unit[4].asText()) - toMinutes(unit[3].asText()), carried)
                 << unit[0].asText() << " installed " << unit[2].asText();
@@ -216,8 +220,11 @@ TEST(Fleet, RefusesSizesOutOfRangeAndWritesNothing) {
     const struct {
         const char* why;
         int aircraft, years, components;
-    } cases[] = {{"no aircraft", 0, 1, 1}, {"negative years", 1, -1, 1}, {"no years", 1, 0, 1},
-                 {"negative components", 1, 1, -5}, {"too many aircraft", 100000, 1, 1}};
+    } cases[] = {{"no aircraft", 0, 1, 1},
+                 {"negative years", 1, -1, 1},
+                 {"no years", 1, 0, 1},
+                 {"negative components", 1, 1, -5},
+                 {"too many aircraft", 100000, 1, 1}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.why);
         FleetOptions options = smallFleet();

@@ -45,8 +45,8 @@ std::vector<ReliedColumn> reliedColumns() {
 
 FieldType fieldTypeOf(const std::string& type) {
     static const std::map<std::string, FieldType> types = {
-        {"text", FieldType::text},       {"integer", FieldType::integer}, {"date", FieldType::date},
-        {"time", FieldType::time},       {"boolean", FieldType::boolean}, {"double", FieldType::floating},
+        {"text", FieldType::text}, {"integer", FieldType::integer}, {"date", FieldType::date},
+        {"time", FieldType::time}, {"boolean", FieldType::boolean}, {"double", FieldType::floating},
         {"blob", FieldType::blob},
     };
     return types.at(type);

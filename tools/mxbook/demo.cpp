@@ -64,9 +64,10 @@ int runDemo(std::ostream& out) {
         << summary.engines << " engines, " << summary.gearboxes << " gearboxes, " << summary.apus << " APUs, "
         << summary.units << " units and " << summary.flights << " flight records.\n\n";
 
-    out << std::left << std::setw(14) << "Type" << std::setw(10) << "Tail" << std::right << std::setw(12)
-        << "Hours PPR" << std::setw(10) << "Landings" << std::setw(9) << "Engines" << std::setw(11) << "Components"
-        << std::setw(9) << "Flights" << "  Last flight\n";
+    out << std::left << std::setw(14) << "Type" << std::setw(10) << "Tail" << std::right << std::setw(12) << "Hours PPR"
+        << std::setw(10) << "Landings" << std::setw(9) << "Engines" << std::setw(11) << "Components" << std::setw(9)
+        << "Flights"
+        << "  Last flight\n";
     db::DataSet aircraft(main, overviewSql);
     for (aircraft.open(); !aircraft.eof(); aircraft.next()) {
         // setw counts bytes; Cyrillic letters take two in UTF-8.

@@ -304,7 +304,8 @@ AircraftPlan::AircraftPlan(const AircraftProfile& profile_, std::string tail_, G
         manufactured = g.historyStart.addYears(-random.between(1, 4));
         minutesBeforeRecords = random.between(50, 600) * hours;
     }
-    overhauled = overhauls == 0 ? manufactured : randomDayBetween(random, g.historyStart.addYears(-3), g.today.addDays(-120));
+    overhauled =
+        overhauls == 0 ? manufactured : randomDayBetween(random, g.historyStart.addYears(-3), g.today.addDays(-120));
     airframe.installed = overhauled;
     landingsBeforeRecords = minutesBeforeRecords / hours * (profile_.helicopter ? 2 : 1);
     const Date counted = laterOf(overhauled, g.historyStart);

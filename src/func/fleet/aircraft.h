@@ -15,7 +15,7 @@ namespace mxbook::fleet {
 // A carrier's counter as it stood at the start of a day: its value now less
 // what the flights from that day on added.
 struct CarrierCounters {
-    Date installed;   // flights before this day never reached it
+    Date installed;  // flights before this day never reached it
     int minutesNow = 0;
     int countNow = 0;  // landings for the airframe, cycles for an engine, starts for an APU
 };
@@ -46,7 +46,7 @@ struct AircraftPlan {
     Date overhauled;
     int overhauls = 0;
     FlightHistory history;
-    CarrierCounters airframe;  // since the last overhaul
+    CarrierCounters airframe;      // since the last overhaul
     int minutesBeforeRecords = 0;  // flown since new before the first flight record
     int landingsBeforeRecords = 0;
     std::vector<EnginePlan> engines;

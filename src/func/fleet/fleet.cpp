@@ -15,9 +15,11 @@ namespace {
 
 void check(const FleetOptions& options) {
     if (options.aircraft < 1 || options.aircraft > 1000)
-        throw std::invalid_argument("the number of aircraft must be 1 to 1000, not " + std::to_string(options.aircraft));
+        throw std::invalid_argument("the number of aircraft must be 1 to 1000, not " +
+                                    std::to_string(options.aircraft));
     if (options.years < 1 || options.years > 30)
-        throw std::invalid_argument("the years of flight records must be 1 to 30, not " + std::to_string(options.years));
+        throw std::invalid_argument("the years of flight records must be 1 to 30, not " +
+                                    std::to_string(options.years));
     if (options.componentsPerAircraft < 0 || options.componentsPerAircraft > 2000)
         throw std::invalid_argument("the components per aircraft must be 0 to 2000, not " +
                                     std::to_string(options.componentsPerAircraft));

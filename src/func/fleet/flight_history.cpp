@@ -100,8 +100,8 @@ FlightHistory::FlightHistory(const AircraftProfile& profile, Date first, Date to
 
 Totals FlightHistory::since(Date from) const {
     Totals totals;
-    const auto start = std::lower_bound(flights_.begin(), flights_.end(), from,
-                                        [](const Flight& f, Date d) { return f.date < d; });
+    const auto start =
+        std::lower_bound(flights_.begin(), flights_.end(), from, [](const Flight& f, Date d) { return f.date < d; });
     for (auto it = start; it != flights_.end(); ++it) totals.add(*it, *profile_);
     return totals;
 }

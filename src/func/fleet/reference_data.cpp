@@ -69,52 +69,50 @@ void writeOwnersAndOils(Generation& g) {
                                    .set("HIDE", 0));
     auto& oils = g.table("TIP_MASLA");
     int number = 0;
-    for (std::string_view oil : oilTypes()) oils.insert(g.batch, oils.row().set("NOMER", ++number).set("NAZVANIE", oil));
+    for (std::string_view oil : oilTypes())
+        oils.insert(g.batch, oils.row().set("NOMER", ++number).set("NAZVANIE", oil));
 }
 
-// One reference entry per component model and aircraft type, keyed from the
-// table's generator as the application keys them.
+// A reference entry's row with its keys: ID from the table's generator, as
+// the application keys them, and the next type key (ID_NAME), filed for the
+// units that will name it.
+TableWriter::Row referenceRow(Generation& g, const std::string& table, const char* generator, const AircraftProfile& p,
+                              const ComponentModel& m) {
+    auto& keys = g.typeKeys[table];
+    const int key = static_cast<int>(keys.size()) + 1;
+    keys[typeKeyOf(p.type, m.name, m.drawingNumber)] = key;
+    auto row = g.table(table).row();
+    row.set("ID", g.connection.nextGeneratorValue(generator))
+        .set("TIP_VS", p.type)
+        .set("NAZVANIE", m.name)
+        .set("CHERT_NOMER", m.drawingNumber)
+        .set("ID_NAME", key)
+        .set("UCHET_MASLA", m.tracksOil ? 1 : 0)
+        .set("KOL_VO_MEST", 1);
+    return row;
+}
+
+// One reference entry per component model and aircraft type.
 void writeComponentTypes(Generation& g, const AircraftProfile& p, std::span<const ComponentModel> models,
                          int carrierKind) {
-    auto& references = g.table("ETAAGREGAT");
-    auto& keys = g.typeKeys["ETAAGREGAT"];
     for (const ComponentModel& m : models) {
-        const int key = static_cast<int>(keys.size()) + 1;
-        keys[typeKeyOf(p.type, m.name, m.drawingNumber)] = key;
-        references.insert(g.batch, references.row()
-                                       .set("ID", g.connection.nextGeneratorValue("GEN_ETAAGREGAT_ID"))
-                                       .set("TIP_VS", p.type)
-                                       .set("CHERT_NOMER", m.drawingNumber)
-                                       .set("PLAN_DVIG_VSU", carrierKind)
-                                       .set("EDINICA_NARABOTKI", m.countsLandings ? 1 : 0)
-                                       .set("UCHET_MASLA", m.tracksOil ? 1 : 0)
-                                       .set("KOL_VO_MEST", 1)
-                                       .set("RESURS_MR", m.overhaulLimit)
-                                       .set("SROK_MR", calendarLimit(5))
-                                       .set("RESURS_OBSH", m.totalLimit)
-                                       .set("SROK_OBSH", calendarLimit(20))
-                                       .set("NAZVANIE", m.name)
-                                       .set("ID_NAME", key));
+        auto row = referenceRow(g, "ETAAGREGAT", "GEN_ETAAGREGAT_ID", p, m);
+        g.table("ETAAGREGAT")
+            .insert(g.batch, row.set("PLAN_DVIG_VSU", carrierKind)
+                                 .set("EDINICA_NARABOTKI", m.countsLandings ? 1 : 0)
+                                 .set("RESURS_MR", m.overhaulLimit)
+                                 .set("SROK_MR", calendarLimit(5))
+                                 .set("RESURS_OBSH", m.totalLimit)
+                                 .set("SROK_OBSH", calendarLimit(20)));
     }
 }
 
 void writeApuUnitTypes(Generation& g, const AircraftProfile& p) {
-    auto& references = g.table("ETA_AGR_VSU");
-    auto& keys = g.typeKeys["ETA_AGR_VSU"];
     for (const ComponentModel& m : apuComponents()) {
-        const int key = static_cast<int>(keys.size()) + 1;
-        keys[typeKeyOf(p.type, m.name, m.drawingNumber)] = key;
-        references.insert(g.batch, references.row()
-                                       .set("ID", g.connection.nextGeneratorValue("GEN_ETA_AGR_VSU_ID"))
-                                       .set("TIP_VS", p.type)
-                                       .set("NAZVANIE", m.name)
-                                       .set("CHERT_NOMER", m.drawingNumber)
-                                       .set("ID_NAME", key)
-                                       .set("PLAN_DVIG_VSU", 2)
-                                       .set("UCHET_MASLA", m.tracksOil ? 1 : 0)
-                                       .set("KOL_VO_MEST", 1)
-                                       .set("NAZN_RESURS", m.totalLimit)
-                                       .set("MEGREM_RESURS", m.overhaulLimit));
+        auto row = referenceRow(g, "ETA_AGR_VSU", "GEN_ETA_AGR_VSU_ID", p, m);
+        g.table("ETA_AGR_VSU")
+            .insert(g.batch,
+                    row.set("PLAN_DVIG_VSU", 2).set("NAZN_RESURS", m.totalLimit).set("MEGREM_RESURS", m.overhaulLimit));
     }
 }
 

@@ -21,32 +21,70 @@ struct RotorKind {
     std::string_view flagColumn = {};  // empty: its counters run with the aircraft, never derived
     std::string_view nameColumn = {};  // empty: the table keeps no name
     std::string_view name = {};
-    bool keepsReading = true;          // has NARABOTKA_VS_PRI_USTANOVKE
-    bool keepsCalendar = true;         // has SROK_OBSH
+    bool keepsReading = true;             // has NARABOTKA_VS_PRI_USTANOVKE
+    bool keepsCalendar = true;            // has SROK_OBSH
     bool keepsFirstOverhaulLimit = true;  // has RESURS_DO_PR and SROK_DO_PR
-    bool followsEngine = false;        // counts the first engine's time, not the airframe's
+    bool followsEngine = false;           // counts the first engine's time, not the airframe's
 };
 
 constexpr RotorKind rotorKinds[] = {
-    {.table = "VTULKA_NV", .drawingNumber = "8-1930-000", .countOn = [](const AircraftProfile& p) { return p.helicopter ? 1 : 0; },
-     .totalLimit = 12000, .overhaulLimit = 2000, .serialColumn = "ZAVODSKOY_NOMER",
-     .flagColumn = "NEPRIAMOI_UCHET_NAR_AGREGATA", .nameColumn = "NAZVANIE", .name = "Втулка несущего винта"},
-    {.table = "LOPAST", .drawingNumber = "8АТ-2710-00", .countOn = [](const AircraftProfile& p) { return p.mainBlades + p.tailBlades; },
-     .totalLimit = 8000, .overhaulLimit = 2000, .flagColumn = "NEPRIAMOI_UCHET_NAR_LOPAST"},
-    {.table = "HVOSTOVOY_VINT", .drawingNumber = "246-3925-00", .countOn = [](const AircraftProfile& p) { return p.tailBlades > 0 ? 1 : 0; },
-     .totalLimit = 9000, .overhaulLimit = 1500, .flagColumn = "NEPRIAMOI_UCHET_NAR_VINTA"},
-    {.table = "LEBEDKA", .drawingNumber = "ЛПГ-150М", .countOn = [](const AircraftProfile& p) { return p.winch ? 1 : 0; },
-     .totalLimit = 6000, .overhaulLimit = 1500, .flagColumn = "NEPRIAMOI_UCHET_NAR_LEBEDKI"},
-    {.table = "PODVESKA", .drawingNumber = "ВП-3", .countOn = [](const AircraftProfile& p) { return p.sling ? 1 : 0; },
-     .totalLimit = 5000, .overhaulLimit = 1000, .keepsReading = false, .keepsFirstOverhaulLimit = false},
-    {.table = "SHLANG", .drawingNumber = "8А-4500-810", .countOn = [](const AircraftProfile& p) { return p.hoses; },
-     .totalLimit = 3000, .overhaulLimit = 0, .manufacturedColumn = "DATA_VYPUSKA_RUKAVA",
-     .flagColumn = "NEPRIAMOI_UCHET_NAR_SHLANG", .keepsCalendar = false},
-    {.table = "ZCU", .drawingNumber = "ЗЦУ-8", .countOn = [](const AircraftProfile& p) { return p.zcuUnits; },
-     .totalLimit = 4000, .overhaulLimit = 1500, .flagColumn = "NEPRIAMOI_UCHET_NAR_ZCU", .nameColumn = "NAZVANIE",
+    {.table = "VTULKA_NV",
+     .drawingNumber = "8-1930-000",
+     .countOn = [](const AircraftProfile& p) { return p.helicopter ? 1 : 0; },
+     .totalLimit = 12000,
+     .overhaulLimit = 2000,
+     .serialColumn = "ZAVODSKOY_NOMER",
+     .flagColumn = "NEPRIAMOI_UCHET_NAR_AGREGATA",
+     .nameColumn = "NAZVANIE",
+     .name = "Втулка несущего винта"},
+    {.table = "LOPAST",
+     .drawingNumber = "8АТ-2710-00",
+     .countOn = [](const AircraftProfile& p) { return p.mainBlades + p.tailBlades; },
+     .totalLimit = 8000,
+     .overhaulLimit = 2000,
+     .flagColumn = "NEPRIAMOI_UCHET_NAR_LOPAST"},
+    {.table = "HVOSTOVOY_VINT",
+     .drawingNumber = "246-3925-00",
+     .countOn = [](const AircraftProfile& p) { return p.tailBlades > 0 ? 1 : 0; },
+     .totalLimit = 9000,
+     .overhaulLimit = 1500,
+     .flagColumn = "NEPRIAMOI_UCHET_NAR_VINTA"},
+    {.table = "LEBEDKA",
+     .drawingNumber = "ЛПГ-150М",
+     .countOn = [](const AircraftProfile& p) { return p.winch ? 1 : 0; },
+     .totalLimit = 6000,
+     .overhaulLimit = 1500,
+     .flagColumn = "NEPRIAMOI_UCHET_NAR_LEBEDKI"},
+    {.table = "PODVESKA",
+     .drawingNumber = "ВП-3",
+     .countOn = [](const AircraftProfile& p) { return p.sling ? 1 : 0; },
+     .totalLimit = 5000,
+     .overhaulLimit = 1000,
+     .keepsReading = false,
+     .keepsFirstOverhaulLimit = false},
+    {.table = "SHLANG",
+     .drawingNumber = "8А-4500-810",
+     .countOn = [](const AircraftProfile& p) { return p.hoses; },
+     .totalLimit = 3000,
+     .overhaulLimit = 0,
+     .manufacturedColumn = "DATA_VYPUSKA_RUKAVA",
+     .flagColumn = "NEPRIAMOI_UCHET_NAR_SHLANG",
+     .keepsCalendar = false},
+    {.table = "ZCU",
+     .drawingNumber = "ЗЦУ-8",
+     .countOn = [](const AircraftProfile& p) { return p.zcuUnits; },
+     .totalLimit = 4000,
+     .overhaulLimit = 1500,
+     .flagColumn = "NEPRIAMOI_UCHET_NAR_ZCU",
+     .nameColumn = "NAZVANIE",
      .name = "Узел ЗЦУ"},
-    {.table = "VOZDUSHNY_VINT", .drawingNumber = "АВ-2", .countOn = [](const AircraftProfile& p) { return p.propeller ? 1 : 0; },
-     .totalLimit = 8000, .overhaulLimit = 1000, .serialColumn = "ZAVODSKOY_NOMER", .keepsReading = false,
+    {.table = "VOZDUSHNY_VINT",
+     .drawingNumber = "АВ-2",
+     .countOn = [](const AircraftProfile& p) { return p.propeller ? 1 : 0; },
+     .totalLimit = 8000,
+     .overhaulLimit = 1000,
+     .serialColumn = "ZAVODSKOY_NOMER",
+     .keepsReading = false,
      .followsEngine = true},
 };
 
@@ -57,8 +95,8 @@ struct UnitState {
     int overhauledBefore = 0;
     int overhauls = 0;
     bool indirect = false;
-    int carried = 0;          // minutes the carrier ran since installation
-    std::string reading;      // the carrier's hours at installation; empty off the aircraft
+    int carried = 0;      // minutes the carrier ran since installation
+    std::string reading;  // the carrier's hours at installation; empty off the aircraft
 };
 
 void writeRotorUnit(Generation& g, const RotorKind& kind, std::string_view aircraftType, const UnitState& s,
@@ -84,14 +122,17 @@ void writeRotorUnit(Generation& g, const RotorKind& kind, std::string_view aircr
             .set("RESURS_MR", kind.overhaulLimit)
             .set("SROK_MR", calendarLimit(r.between(3, 8)))
             .set("KOL_VO_REMONTOV", s.overhauls);
-        if (s.overhauls > 0) row.set("DATA_REMONTA", s.installed.addDays(-r.between(30, 700)));
+        if (s.overhauls > 0)
+            row.set("DATA_REMONTA", s.installed.addDays(-r.between(30, 700)));
         else if (kind.keepsFirstOverhaulLimit)
             row.set("RESURS_DO_PR", kind.overhaulLimit * 3 / 2).set("SROK_DO_PR", calendarLimit(6));
     }
     if (kind.table == "VTULKA_NV") row.set("EDINICA_NARABOTKI", 0).set("PLAN_DVIG_VSU", 0);
     if (kind.table == "LEBEDKA")
-        row.set("RESURS_TROS_LUDI", 1500).set("RESURS_TROS_GRUZY", 3000)
-            .set("TROS_CICLI_LUDI", r.between(0, 1400)).set("TROS_CICLI_GRUZY", r.between(0, 2800))
+        row.set("RESURS_TROS_LUDI", 1500)
+            .set("RESURS_TROS_GRUZY", 3000)
+            .set("TROS_CICLI_LUDI", r.between(0, 1400))
+            .set("TROS_CICLI_GRUZY", r.between(0, 2800))
             .set("DATA_ZAMENY_TROSA", s.installed.addDays(r.between(-200, 200)));
     if (kind.table == "HVOSTOVOY_VINT") row.set("ZAVODSKOY_NOMER_VTULKA", g.nextSerial());
     if (kind.followsEngine) row.set("ODIN_DVA", 0);
@@ -120,7 +161,8 @@ void writeRotorUnits(Generation& g, const AircraftPlan& p) {
             s.location = p.tail;
             s.installed = first.addDays(r.between(0, std::max(0, daysBetween(first, g.today.addDays(-1)))));
             if (kind.followsEngine && !p.engines.empty()) {
-                const int at = p.engineMinutesAt(p.engines.front(), std::max(s.installed, p.engines.front().counters.installed));
+                const int at =
+                    p.engineMinutesAt(p.engines.front(), std::max(s.installed, p.engines.front().counters.installed));
                 s.carried = p.engines.front().counters.minutesNow - at;
                 s.reading = hoursText(at);
             } else {

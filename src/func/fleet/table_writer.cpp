@@ -16,8 +16,7 @@ TableWriter::TableWriter(db::Connection& connection, std::string table) : table_
 
 int TableWriter::position(std::string_view column) const {
     for (std::size_t i = 0; i < columns_.size(); ++i)
-        if (columns_[i].size() == column.size() &&
-            strncasecmp(columns_[i].c_str(), column.data(), column.size()) == 0)
+        if (columns_[i].size() == column.size() && strncasecmp(columns_[i].c_str(), column.data(), column.size()) == 0)
             return static_cast<int>(i);
     throw std::out_of_range(table_ + " has no column " + std::string(column));
 }

@@ -14,7 +14,7 @@ constexpr int hours = 60;
 // run up before, whether its time is derived from the carrier.
 struct Installation {
     Date day;
-    int usedBefore = 0;      // minutes, or a count for units counted in landings
+    int usedBefore = 0;  // minutes, or a count for units counted in landings
     int overhauledBefore = 0;
     int overhauls = 0;
     bool indirect = false;
@@ -47,8 +47,9 @@ struct ComponentPlace {
     std::string carrierSerial;
 };
 
-void writeComponent(Generation& g, const AircraftProfile& type, const ComponentModel& model, const ComponentPlace& place,
-                    const Installation& i, const std::string& reading, int carried, Random& r) {
+void writeComponent(Generation& g, const AircraftProfile& type, const ComponentModel& model,
+                    const ComponentPlace& place, const Installation& i, const std::string& reading, int carried,
+                    Random& r) {
     auto& components = g.table("AGREGAT");
     const bool landings = model.countsLandings;
     const auto& keys = g.typeKeys["ETAAGREGAT"];
@@ -93,8 +94,8 @@ void writeAirframeComponents(Generation& g, const AircraftPlan& p) {
     const auto models = airframeComponents();
     for (int n = 0; n < g.options.componentsPerAircraft; ++n) {
         const ComponentModel& model = models[static_cast<std::size_t>(n) % models.size()];
-        const Installation i = installation(r, p.firstInstallDay(g.historyStart), g.today, model.totalLimit,
-                                            model.countsLandings);
+        const Installation i =
+            installation(r, p.firstInstallDay(g.historyStart), g.today, model.totalLimit, model.countsLandings);
         const int readingValue = model.countsLandings ? p.airframeLandingsAt(i.day) : p.airframeMinutesAt(i.day);
         const int nowValue = model.countsLandings ? p.airframe.countNow : p.airframe.minutesNow;
         const std::string reading = model.countsLandings ? std::to_string(readingValue) : hoursText(readingValue);
@@ -108,7 +109,8 @@ void writeEngineComponents(Generation& g, const AircraftPlan& p) {
         for (const ComponentModel& model : engineComponents()) {
             const Date first = std::max(engine.counters.installed, g.historyStart);
             const Installation i = installation(r, first, g.today, model.totalLimit, model.countsLandings);
-            const int readingValue = model.countsLandings ? p.engineCyclesAt(engine, i.day) : p.engineMinutesAt(engine, i.day);
+            const int readingValue =
+                model.countsLandings ? p.engineCyclesAt(engine, i.day) : p.engineMinutesAt(engine, i.day);
             const int nowValue = model.countsLandings ? engine.counters.countNow : engine.counters.minutesNow;
             const std::string reading = model.countsLandings ? std::to_string(readingValue) : hoursText(readingValue);
             writeComponent(g, *p.profile, model, {1, p.tail, engine.serial}, i, reading, nowValue - readingValue, r);
@@ -180,8 +182,10 @@ void writeOffAircraftUnits(Generation& g, const AircraftProfile& profile) {
     // Off the aircraft nothing is carried: the counters stand as they were booked.
     for (std::string_view location : offAircraftLocations)
         for (int n = 0; n < 3; ++n) {
-            const ComponentModel& model = models[static_cast<std::size_t>(r.between(0, static_cast<int>(models.size()) - 1))];
-            const Installation i = installation(r, g.today.addDays(-700), g.today, model.totalLimit, model.countsLandings);
+            const ComponentModel& model =
+                models[static_cast<std::size_t>(r.between(0, static_cast<int>(models.size()) - 1))];
+            const Installation i =
+                installation(r, g.today.addDays(-700), g.today, model.totalLimit, model.countsLandings);
             writeComponent(g, profile, model, {0, std::string(location), {}}, i, {}, 0, r);
         }
     // An engine in repair keeps the units mounted on it, and they still follow its counter.

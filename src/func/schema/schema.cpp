@@ -54,13 +54,11 @@ std::string_view ddl(Database database) {
 
 void createTables(db::Connection& connection, Database database) { connection.executeScript(ddl(database)); }
 
-void createDatabase(db::Connection& connection, Database database, const std::string& location,
-                    const Login& login) {
+void createDatabase(db::Connection& connection, Database database, const std::string& location, const Login& login) {
     const auto providers = db::Connection::providerNames();
     if (providers.empty()) throw db::Error("no database provider is available to create " + location);
-    connection.create("Provider=" + providers.front() + ";User ID=" + quotedValue(login.user) +
-                      ";Password=" + quotedValue(login.password) + ";Location=" + quotedValue(location) +
-                      ";ctype=WIN1251");
+    connection.create("Provider=" + providers.front() + ";User ID=" + quotedValue(login.user) + ";Password=" +
+                      quotedValue(login.password) + ";Location=" + quotedValue(location) + ";ctype=WIN1251");
     try {
         createTables(connection, database);
     } catch (...) {
