@@ -639,6 +639,9 @@ create table AGREGAT (
 );
 create index IX_AGREGAT_GRUPPA on AGREGAT (NAZVANIE, CHERT_NOMER, ID_NAME, TIP_VS);
 create index IX_AGREGAT_DVIGATEL on AGREGAT (NUMER_DVIG_VSU, GDE_STOIT, PLAN_DVIG_VSU);
+-- The units at one location (an aircraft's, or off the aircraft), and one unit by its serial number.
+create index IX_AGREGAT_GDE_STOIT on AGREGAT (GDE_STOIT);
+create index IX_AGREGAT_SERIAL on AGREGAT (ZAVODSKOI_NOMER);
 
 -- One row per general-component type (the reference that unit rows point to by ID_NAME).
 create table ETAAGREGAT (
@@ -738,6 +741,9 @@ create table VTULKA_NV (
     SROK_DO_PR varchar(10)  -- 49
 );
 create index IX_VTULKA_NV_GRUPPA on VTULKA_NV (NAZVANIE, CHERT_NOMER, ID_NAME, TIP_VS);
+-- The units at one location (an aircraft's, or off the aircraft), and one unit by its serial number.
+create index IX_VTULKA_NV_GDE_STOIT on VTULKA_NV (GDE_STOIT);
+create index IX_VTULKA_NV_SERIAL on VTULKA_NV (ZAVODSKOY_NOMER);
 
 -- One row per main-rotor hub type (the reference that hub rows point to by ID_NAME).
 create table ETA_VTULKA_NV (
@@ -814,6 +820,9 @@ create table LOPAST (
     SROK_MR varchar(10),  -- 29
     RESURS_MR integer  -- 30
 );
+-- The units at one location (an aircraft's, or off the aircraft), and one unit by its serial number.
+create index IX_LOPAST_GDE_STOIT on LOPAST (GDE_STOIT);
+create index IX_LOPAST_SERIAL on LOPAST (ZAVODSKOI_NOMER);
 
 -- One row per unit of the ZCU group.
 create table ZCU (
@@ -849,6 +858,9 @@ create table ZCU (
     SROK_DO_PR varchar(10)  -- 28
 );
 create index IX_ZCU_GRUPPA on ZCU (NAZVANIE, CHERT_NOMER, ID_NAME, TIP_VS);
+-- The units at one location (an aircraft's, or off the aircraft), and one unit by its serial number.
+create index IX_ZCU_GDE_STOIT on ZCU (GDE_STOIT);
+create index IX_ZCU_SERIAL on ZCU (ZAVODSKOI_NOMER);
 
 -- One row per ZCU unit type (the reference that ZCU rows point to by ID_NAME).
 create table ETA_ZCU (
@@ -894,6 +906,9 @@ create table SHLANG (
     SROK_SLUZHBY varchar(10)  -- 21
 );
 create index IX_SHLANG_GRUPPA on SHLANG (CHERT_NOMER, ID_NAME, TIP_VS);
+-- The units at one location (an aircraft's, or off the aircraft), and one unit by its serial number.
+create index IX_SHLANG_GDE_STOIT on SHLANG (GDE_STOIT);
+create index IX_SHLANG_SERIAL on SHLANG (ZAVODSKOI_NOMER);
 
 -- One row per hose type (the reference that hose rows point to by ID_NAME).
 create table ETASHLANG (
@@ -958,6 +973,9 @@ create table HVOSTOVOY_VINT (
     DATA_ZAMENY_MASLA date  -- 40
 );
 create index IX_HVOSTOVOY_VINT_POISK on HVOSTOVOY_VINT (ZAVODSKOY_NOMER_VTULKA, GDE_STOIT, TIP_VS);
+-- The units at one location (an aircraft's, or off the aircraft), and one unit by its serial number.
+create index IX_HVOSTOVOY_VINT_GDE_STOIT on HVOSTOVOY_VINT (GDE_STOIT);
+create index IX_HVOSTOVOY_VINT_SERIAL on HVOSTOVOY_VINT (ZAVODSKOI_NOMER);
 
 -- One row per rescue or cargo winch.
 create table LEBEDKA (
@@ -1003,6 +1021,9 @@ create table LEBEDKA (
     RESURS_DO_PR integer,  -- 36
     SROK_DO_PR varchar(10)  -- 37
 );
+-- The units at one location (an aircraft's, or off the aircraft), and one unit by its serial number.
+create index IX_LEBEDKA_GDE_STOIT on LEBEDKA (GDE_STOIT);
+create index IX_LEBEDKA_SERIAL on LEBEDKA (ZAVODSKOI_NOMER);
 
 -- One row per external cargo sling.
 create table PODVESKA (
@@ -1043,6 +1064,9 @@ create table PODVESKA (
     SRABATYVANIJ_DG65 integer,  -- 31
     PRIMECHANIE varchar(250)  -- 32
 );
+-- The units at one location (an aircraft's, or off the aircraft), and one unit by its serial number.
+create index IX_PODVESKA_GDE_STOIT on PODVESKA (GDE_STOIT);
+create index IX_PODVESKA_SERIAL on PODVESKA (ZAVODSKOI_NOMER);
 
 -- One row per propeller.
 create table VOZDUSHNY_VINT (
@@ -1101,6 +1125,8 @@ create table VOZDUSHNY_VINT (
     SROK_DO_PR varchar(10)  -- 48
 );
 create index IX_VOZDUSHNY_VINT_POISK on VOZDUSHNY_VINT (TIP_VS, ZAVODSKOY_NOMER, GDE_STOIT);
+-- The units at one location (an aircraft's, or off the aircraft).
+create index IX_VOZDUSHNY_VINT_GDE_STOIT on VOZDUSHNY_VINT (GDE_STOIT);
 
 -- One card row of a general component or a main-rotor hub (refilled by each card build).
 create table REPORT_AGREGAT_PODROBNO (

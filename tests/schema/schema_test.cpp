@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <map>
 #include <memory>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -175,6 +177,64 @@ TEST_F(SchemaTest, EveryTableHasAnIdKeyAndTheFourDatabasesHoldTheirTables) {
             EXPECT_EQ(key.type, FieldType::integer);
             EXPECT_FALSE(key.nullable);
         }
+}
+
+// The leading columns of each index of a table, joined by ",".
+std::set<std::string> indexesOf(db::Connection& connection, const std::string& table) {
+    db::DataSet segments(connection,
+                         "select trim(i.rdb$index_name), trim(s.rdb$field_name) from rdb$indices i "
+                         "join rdb$index_segments s on s.rdb$index_name = i.rdb$index_name "
+                         "where i.rdb$relation_name = " +
+                             db::quoted(table) + " order by 1, s.rdb$field_position");
+    std::map<std::string, std::string> columns;
+    for (segments.open(); !segments.eof(); segments.next()) {
+        auto& joined = columns[segments.field(0).asText()];
+        joined += (joined.empty() ? "" : ",") + segments.field(1).asText();
+    }
+    std::set<std::string> result;
+    for (const auto& [index, joined] : columns) result.insert(joined);
+    return result;
+}
+
+// The queries that run for every unit find their rows through an index: the
+// flights of one aircraft over a date range, the units at a location, a
+// carrier by its serial number, a type reference by its key.
+TEST_F(SchemaTest, IndexesServeTheLookupsThatRunPerUnit) {
+    const struct {
+        const char* table;
+        const char* leadingColumns;
+    } cases[] = {
+        {"SPRAVKA", "BORTOVOI_NOMER,DATA_POLETA"},
+        {"REESTR", "BORTOVOI_NOMER"},
+        {"AGREGAT", "GDE_STOIT"},
+        {"AGREGAT", "ZAVODSKOI_NOMER"},
+        {"VTULKA_NV", "GDE_STOIT"},
+        {"LOPAST", "GDE_STOIT"},
+        {"ZCU", "GDE_STOIT"},
+        {"SHLANG", "GDE_STOIT"},
+        {"HVOSTOVOY_VINT", "GDE_STOIT"},
+        {"LEBEDKA", "GDE_STOIT"},
+        {"PODVESKA", "GDE_STOIT"},
+        {"VOZDUSHNY_VINT", "GDE_STOIT"},
+        {"AGR_VSU", "GDE_STOIT"},
+        {"DVIGATEL", "ZAVODSKOI_NOMER"},
+        {"DVIGATEL", "GDE_STOIT,ZAVODSKOI_NOMER"},
+        {"VSU", "ZAVODSKOY_NOMER"},
+        {"VSU", "MESTO_USTANOVKI"},
+        {"ETAAGREGAT", "ID_NAME"},
+        {"ETA_AGR_VSU", "ID_NAME"},
+        {"TIPOVYE_DANNYE_VS", "TIP_VS"},
+        {"PTO_FORMY", "TIP_VS"},
+        {"SOBSTVENNIKI", "ID_NAME"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.table) + " " + c.leadingColumns);
+        const auto indexes = indexesOf(connection(Database::main), c.table);
+        const bool served = std::any_of(indexes.begin(), indexes.end(), [&](const std::string& columns) {
+            return columns.starts_with(c.leadingColumns);
+        });
+        EXPECT_TRUE(served);
+    }
 }
 
 TEST_F(SchemaTest, TypeReferenceGeneratorsStartAtOneAndAdvance) {
