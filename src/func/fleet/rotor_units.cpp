@@ -25,6 +25,9 @@ struct RotorKind {
     bool keepsCalendar = true;            // has SROK_OBSH
     bool keepsFirstOverhaulLimit = true;  // has RESURS_DO_PR and SROK_DO_PR
     bool followsEngine = false;           // counts the first engine's time, not the airframe's
+    bool laidOutAsComponent = false;      // keeps a component's counter and carrier kinds
+    bool hasCable = false;                // a winch: cable limits and hoists
+    bool namesItsHub = false;             // a tail rotor: its hub's serial number
 };
 
 constexpr RotorKind rotorKinds[] = {
@@ -36,7 +39,8 @@ constexpr RotorKind rotorKinds[] = {
      .serialColumn = "ZAVODSKOY_NOMER",
      .flagColumn = "NEPRIAMOI_UCHET_NAR_AGREGATA",
      .nameColumn = "NAZVANIE",
-     .name = "Втулка несущего винта"},
+     .name = "Втулка несущего винта",
+     .laidOutAsComponent = true},
     {.table = "LOPAST",
      .drawingNumber = "8АТ-2710-00",
      .countOn = [](const AircraftProfile& p) { return p.mainBlades + p.tailBlades; },
@@ -48,13 +52,15 @@ constexpr RotorKind rotorKinds[] = {
      .countOn = [](const AircraftProfile& p) { return p.tailBlades > 0 ? 1 : 0; },
      .totalLimit = 9000,
      .overhaulLimit = 1500,
-     .flagColumn = "NEPRIAMOI_UCHET_NAR_VINTA"},
+     .flagColumn = "NEPRIAMOI_UCHET_NAR_VINTA",
+     .namesItsHub = true},
     {.table = "LEBEDKA",
      .drawingNumber = "ЛПГ-150М",
      .countOn = [](const AircraftProfile& p) { return p.winch ? 1 : 0; },
      .totalLimit = 6000,
      .overhaulLimit = 1500,
-     .flagColumn = "NEPRIAMOI_UCHET_NAR_LEBEDKI"},
+     .flagColumn = "NEPRIAMOI_UCHET_NAR_LEBEDKI",
+     .hasCable = true},
     {.table = "PODVESKA",
      .drawingNumber = "ВП-3",
      .countOn = [](const AircraftProfile& p) { return p.sling ? 1 : 0; },
@@ -127,14 +133,14 @@ void writeRotorUnit(Generation& g, const RotorKind& kind, std::string_view aircr
         else if (kind.keepsFirstOverhaulLimit)
             row.set("RESURS_DO_PR", kind.overhaulLimit * 3 / 2).set("SROK_DO_PR", calendarLimit(6));
     }
-    if (kind.table == "VTULKA_NV") row.set("EDINICA_NARABOTKI", 0).set("PLAN_DVIG_VSU", 0);
-    if (kind.table == "LEBEDKA")
+    if (kind.laidOutAsComponent) row.set("EDINICA_NARABOTKI", 0).set("PLAN_DVIG_VSU", 0);
+    if (kind.hasCable)
         row.set("RESURS_TROS_LUDI", 1500)
             .set("RESURS_TROS_GRUZY", 3000)
             .set("TROS_CICLI_LUDI", r.between(0, 1400))
             .set("TROS_CICLI_GRUZY", r.between(0, 2800))
             .set("DATA_ZAMENY_TROSA", s.installed.addDays(r.between(-200, 200)));
-    if (kind.table == "HVOSTOVOY_VINT") row.set("ZAVODSKOY_NOMER_VTULKA", g.nextSerial());
+    if (kind.namesItsHub) row.set("ZAVODSKOY_NOMER_VTULKA", g.nextSerial());
     if (kind.followsEngine) row.set("ODIN_DVA", 0);
     units.insert(g.batch, row);
     ++g.summary.units;
