@@ -3,6 +3,7 @@
 
 #include "mxbook/data.h"
 #include "mxbook/date.h"
+#include "mxbook/environment.h"
 #include "mxbook/error.h"
 #include "mxbook/fleet.h"
 #include "mxbook/format.h"

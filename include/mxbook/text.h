@@ -11,6 +11,10 @@ namespace mxbook {
 std::string trim(std::string_view text);
 std::string trimRight(std::string_view text);
 
+// Upper case in the user's locale, Cyrillic and other scripts included
+// ("путь" gives "ПУТЬ"). Bytes that are not UTF-8 pass unchanged.
+std::string upperCase(std::string_view utf8);
+
 // Every occurrence of `from` replaced by `to`, left to right.
 std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
 

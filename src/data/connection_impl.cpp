@@ -1,5 +1,7 @@
 #include "connection_impl.h"
 
+#include <locale.h>
+
 namespace mxbook::db::detail {
 
 namespace {
@@ -16,11 +18,35 @@ constexpr const char* connectionCharSet = "UTF8";
 constexpr const char* defaultDatabaseCharSet = "WIN1251";
 constexpr int pageSize = 8192;
 
+// Firebird turns a UTF-8 file name into the system's encoding through the
+// calling thread's locale; a host that never chose one (the "C" locale)
+// would make any non-ASCII path fail. For the attach only, this thread
+// speaks UTF-8.
+class Utf8FileNames {
+public:
+    Utf8FileNames() {
+        utf8_ = newlocale(LC_CTYPE_MASK, "C.UTF-8", duplocale(uselocale(static_cast<locale_t>(nullptr))));
+        if (utf8_) previous_ = uselocale(utf8_);
+    }
+    ~Utf8FileNames() {
+        if (!utf8_) return;
+        uselocale(previous_);
+        freelocale(utf8_);
+    }
+    Utf8FileNames(const Utf8FileNames&) = delete;
+    Utf8FileNames& operator=(const Utf8FileNames&) = delete;
+
+private:
+    locale_t utf8_ = nullptr;
+    locale_t previous_ = nullptr;
+};
+
 }  // namespace
 
 void ConnectionImpl::attach(const ConnectionString& settings, bool create) {
     detach();
     fb::Status status;
+    const Utf8FileNames utf8FileNames;
     fb::guarded({}, [&] {
         fb::IXpbBuilder* dpb = fb::util()->getXpbBuilder(&status, fb::IXpbBuilder::DPB, nullptr, 0);
         struct Disposer {
@@ -28,6 +54,7 @@ void ConnectionImpl::attach(const ConnectionString& settings, bool create) {
             ~Disposer() { builder->dispose(); }
         } disposer{dpb};
         dpb->insertString(&status, isc_dpb_lc_ctype, connectionCharSet);
+        dpb->insertTag(&status, isc_dpb_utf8_filename);
         if (!settings.userId.empty()) dpb->insertString(&status, isc_dpb_user_name, settings.userId.c_str());
         if (!settings.password.empty()) dpb->insertString(&status, isc_dpb_password, settings.password.c_str());
         if (create) {

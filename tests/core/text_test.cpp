@@ -66,3 +66,24 @@ TEST(Text, TrimsAndReplaces) {
 
 }  // namespace
 }  // namespace mxbook
+
+namespace mxbook {
+namespace {
+
+TEST(UpperCase, EveryScriptWithBrokenBytesPassedThrough) {
+    const struct {
+        std::string text, expected;
+    } cases[] = {
+        {"/home/tester/Документы/VELMO/nalet.fdb", "/HOME/TESTER/ДОКУМЕНТЫ/VELMO/NALET.FDB"},
+        {"ёжик в тумане", "ЁЖИК В ТУМАНЕ"},
+        {"Ґанок, її", "ҐАНОК, ЇЇ"},
+        {"ωμέγα", "ΩΜΈΓΑ"},
+        {"straße", "STRAßE"},  // no single upper-case letter: left as it is
+        {"abc\xFF\xC3xyz", "ABC\xFF\xC3XYZ"},
+        {"", ""},
+    };
+    for (const auto& c : cases) EXPECT_EQ(upperCase(c.text), c.expected) << c.text;
+}
+
+}  // namespace
+}  // namespace mxbook
