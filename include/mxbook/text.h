@@ -15,6 +15,9 @@ std::string trimRight(std::string_view text);
 // ("путь" gives "ПУТЬ"). Bytes that are not UTF-8 pass unchanged.
 std::string upperCase(std::string_view utf8);
 
+// Appends a Unicode code point to UTF-8 text.
+void appendUtf8(std::string& out, char32_t code);
+
 // Every occurrence of `from` replaced by `to`, left to right.
 std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
 

@@ -46,7 +46,9 @@ std::pair<char32_t, std::size_t> decode(std::string_view text, std::size_t pos) 
     return {code, length};
 }
 
-void encode(char32_t code, std::string& out) {
+}  // namespace
+
+void appendUtf8(std::string& out, char32_t code) {
     if (code < 0x80) {
         out += static_cast<char>(code);
     } else if (code < 0x800) {
@@ -64,8 +66,6 @@ void encode(char32_t code, std::string& out) {
     }
 }
 
-}  // namespace
-
 std::string upperCase(std::string_view utf8) {
     const locale_t locale = caseLocale();
     std::string out;
@@ -77,7 +77,7 @@ std::string upperCase(std::string_view utf8) {
             continue;
         }
         const auto upper = locale ? towupper_l(static_cast<wint_t>(code), locale) : static_cast<wint_t>(code);
-        encode(static_cast<char32_t>(upper), out);
+        appendUtf8(out, static_cast<char32_t>(upper));
         pos += length;
     }
     return out;
