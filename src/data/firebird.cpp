@@ -24,16 +24,16 @@ namespace {
 // The embedded engine keeps its lock files in a shared folder that an
 // ordinary user may not write; give such a user a private folder of its own
 // unless the environment names one. A folder of that name that is not the
-// user's own (or is a link) is not used: the engine's own error follows.
+// user's own (or is a link) is not used: the engine's own error follows. One
+// of the user's own that others may read is closed to them first.
 void prepareLockFolder() {
     if (geteuid() == 0 || std::getenv("FIREBIRD_LOCK")) return;
     const std::string folder =
         (std::filesystem::temp_directory_path() / ("mxbook-firebird-" + std::to_string(geteuid()))).string();
     mkdir(folder.c_str(), 0700);
     struct stat info {};
-    if (lstat(folder.c_str(), &info) != 0 || !S_ISDIR(info.st_mode) || info.st_uid != geteuid() ||
-        (info.st_mode & 077) != 0)
-        return;
+    if (lstat(folder.c_str(), &info) != 0 || !S_ISDIR(info.st_mode) || info.st_uid != geteuid()) return;
+    if ((info.st_mode & 077) != 0 && chmod(folder.c_str(), 0700) != 0) return;
     setenv("FIREBIRD_LOCK", folder.c_str(), 0);
 }
 
