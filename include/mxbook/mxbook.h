@@ -1,6 +1,7 @@
 // The whole public interface of mxbook.
 #pragma once
 
+#include "mxbook/conventions.h"
 #include "mxbook/data.h"
 #include "mxbook/date.h"
 #include "mxbook/environment.h"
@@ -8,5 +9,6 @@
 #include "mxbook/fleet.h"
 #include "mxbook/format.h"
 #include "mxbook/host.h"
+#include "mxbook/operating_time.h"
 #include "mxbook/schema.h"
 #include "mxbook/text.h"

@@ -9,6 +9,7 @@
 #include "fake_host.h"
 #include "mxbook/data.h"
 #include "mxbook/fleet.h"
+#include "mxbook/operating_time.h"
 #include "mxbook/schema.h"
 #include "temp_folder.h"
 
@@ -171,8 +172,7 @@ TEST_F(FleetTest, DerivedTimeOfUnitsIsTheFlightsSinceTheirInstallation) {
          "V_VOZDUHE_", "NA_ZEMLE_", "ZEMLIA_AGR_DVIG", "KOL_VO_ZEMLIA_AGR_DVIG"},
     };
     const auto toMinutes = [](const std::string& text) {
-        const auto colon = text.find(':');
-        return std::stoi(text.substr(0, colon)) * 60 + std::stoi(text.substr(colon + 1));
+        return static_cast<int>(operating_time::parseHoursUpToColon(text).count());
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "mxbook/host.h"
+#include "mxbook/operating_time.h"
 
 namespace mxbook::fleet {
 
@@ -27,12 +28,7 @@ std::string Generation::nextSerial() {
     return std::to_string(n);
 }
 
-std::string hoursText(int minutes) {
-    minutes = std::max(minutes, 0);
-    char text[24];
-    std::snprintf(text, sizeof text, "%d:%02d", minutes / 60, minutes % 60);
-    return text;
-}
+std::string hoursText(int minutes) { return operating_time::format(Minutes(minutes)); }
 
 std::string calendarLimit(int years, int months) {
     char text[16];

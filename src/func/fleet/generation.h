@@ -34,7 +34,8 @@ private:
     int serials_ = 0;
 };
 
-// Operating time as the tables keep it: hours, ":", two digits of minutes.
+// Operating time as the tables keep it: hours, ":", two digits of minutes
+// (never below zero).
 std::string hoursText(int minutes);
 // A calendar limit as the tables keep it: "YY.MM".
 std::string calendarLimit(int years, int months = 0);

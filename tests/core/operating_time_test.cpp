@@ -1,0 +1,65 @@
+#include "mxbook/operating_time.h"
+
+#include <gtest/gtest.h>
+
+#include "mxbook/error.h"
+
+namespace mxbook::operating_time {
+namespace {
+
+TEST(OperatingTime, FormatsHoursUnpaddedAndTwoDigitsOfMinutes) {
+    const struct {
+        long long minutes;
+        const char* text;
+        const char* orDoubleZero;
+    } cases[] = {
+        {0, "0:00", "00:00"},  {5, "0:05", "0:05"},           {65, "1:05", "1:05"},   {600, "10:00", "10:00"},
+        {425, "7:05", "7:05"}, {74070, "1234:30", "1234:30"}, {-30, "0:00", "00:00"},  // never shown below zero
+        {59, "0:59", "0:59"},  {61, "1:01", "1:01"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(format(Minutes(c.minutes)), c.text) << c.minutes;
+        EXPECT_EQ(formatOrDoubleZero(Minutes(c.minutes)), c.orDoubleZero) << c.minutes;
+    }
+}
+
+// The two rules agree on every text the library writes and part where the
+// separator or the widths differ.
+TEST(OperatingTime, ParsesByEitherRule) {
+    const struct {
+        const char* text;
+        long long upToColon;  // -1: ConversionError
+        long long lastThree;  // -1: ConversionError
+    } cases[] = {
+        {"0:00", 0, 0},      {"00:00", 0, 0},    {"7:05", 425, 425}, {"1234:30", 74070, 74070},
+        {"12.30", -1, 750},  // the corrections ignore the separator
+        {"1:5", 65, -1},     {"1:75", 135, 135}, {"10:3x", -1, -1},  {"abc", -1, -1},
+        {"", -1, -1},        {":30", -1, -1},    {"5:", -1, -1},     {"99999999999:00", -1, -1},
+        {" 8:15", 495, 495},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        if (c.upToColon < 0) {
+            EXPECT_THROW(parseHoursUpToColon(c.text), ConversionError);
+        } else {
+            EXPECT_EQ(parseHoursUpToColon(c.text).count(), c.upToColon);
+        }
+        if (c.lastThree < 0) {
+            EXPECT_THROW(parseHoursBeforeLastThree(c.text), ConversionError);
+        } else {
+            EXPECT_EQ(parseHoursBeforeLastThree(c.text).count(), c.lastThree);
+        }
+    }
+}
+
+TEST(OperatingTime, ConversionErrorCarriesTheText) {
+    try {
+        parseHoursUpToColon("12:3x");
+        FAIL() << "no error";
+    } catch (const ConversionError& error) {
+        EXPECT_EQ(error.text(), "12:3x");
+    }
+}
+
+}  // namespace
+}  // namespace mxbook::operating_time
