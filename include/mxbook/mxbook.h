@@ -10,5 +10,6 @@
 #include "mxbook/format.h"
 #include "mxbook/host.h"
 #include "mxbook/operating_time.h"
+#include "mxbook/remaining_life.h"
 #include "mxbook/schema.h"
 #include "mxbook/text.h"

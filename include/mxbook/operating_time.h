@@ -46,6 +46,10 @@ std::string formatOrDoubleZero(Minutes minutes);
 // Throws ConversionError for a text without ":" or with parts that are not
 // integers, or whose total does not fit.
 Minutes parseHoursUpToColon(std::string_view text);
+// Exactly "H:MM": hours before a ":" that stands three characters before the
+// end, two characters of minutes after it; the rule of the remaining hours,
+// on which the two rules around it agree.
+Minutes parseHoursColonTwoDigits(std::string_view text);
 // Hours end three characters before the end and minutes are the last two,
 // whatever stands between: the rule of the counter corrections.
 Minutes parseHoursBeforeLastThree(std::string_view text);

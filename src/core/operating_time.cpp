@@ -41,6 +41,12 @@ Minutes parseHoursUpToColon(std::string_view text) {
     return total(text, text.substr(0, colon), text.substr(colon + 1));
 }
 
+Minutes parseHoursColonTwoDigits(std::string_view text) {
+    if (text.size() < 3 || text.find(':') != text.size() - 3)
+        throw ConversionError(std::string(text), "operating time");
+    return parseHoursBeforeLastThree(text);
+}
+
 Minutes parseHoursBeforeLastThree(std::string_view text) {
     if (text.size() < 3) throw ConversionError(std::string(text), "operating time");
     return total(text, text.substr(0, text.size() - 3), text.substr(text.size() - 2));

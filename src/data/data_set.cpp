@@ -205,6 +205,13 @@ DataSet::DataSet(Connection& connection, std::string sql) : DataSet(connection) 
 
 DataSet::~DataSet() = default;
 
+DataSet DataSet::onSameConnection(std::string sql) const {
+    DataSet sibling;
+    sibling.impl_ = std::make_unique<Impl>(impl().connection);
+    sibling.setSql(std::move(sql));
+    return sibling;
+}
+
 DataSet::Impl& DataSet::impl() const {
     if (!impl_) throw Error("the data set was moved away");
     return *impl_;
@@ -364,8 +371,10 @@ void DataSet::remove() {
     if (impl().eof()) throw Error("the data set has no current row to delete");
     impl().target();
     auto row = impl().rows.begin() + static_cast<std::ptrdiff_t>(impl().position);
-    if (row->status == Row::Status::modified) impl().deleted.push_back(std::move(row->stored));
-    else if (row->status == Row::Status::stored) impl().deleted.push_back(std::move(row->values));
+    if (row->status == Row::Status::modified)
+        impl().deleted.push_back(std::move(row->stored));
+    else if (row->status == Row::Status::stored)
+        impl().deleted.push_back(std::move(row->values));
     impl().rows.erase(row);
     impl().fetchUpTo(impl().position);
 }

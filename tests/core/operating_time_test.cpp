@@ -23,19 +23,20 @@ TEST(OperatingTime, FormatsHoursUnpaddedAndTwoDigitsOfMinutes) {
     }
 }
 
-// The two rules agree on every text the library writes and part where the
+// The three rules agree on every text the library writes and part where the
 // separator or the widths differ.
-TEST(OperatingTime, ParsesByEitherRule) {
+TEST(OperatingTime, ParsesByEachRule) {
     const struct {
         const char* text;
         long long upToColon;  // -1: ConversionError
         long long lastThree;  // -1: ConversionError
+        long long strict;     // -1: ConversionError
     } cases[] = {
-        {"0:00", 0, 0},      {"00:00", 0, 0},    {"7:05", 425, 425}, {"1234:30", 74070, 74070},
-        {"12.30", -1, 750},  // the corrections ignore the separator
-        {"1:5", 65, -1},     {"1:75", 135, 135}, {"10:3x", -1, -1},  {"abc", -1, -1},
-        {"", -1, -1},        {":30", -1, -1},    {"5:", -1, -1},     {"99999999999:00", -1, -1},
-        {" 8:15", 495, 495},
+        {"0:00", 0, 0, 0},        {"00:00", 0, 0, 0},      {"7:05", 425, 425, 425}, {"1234:30", 74070, 74070, 74070},
+        {"12.30", -1, 750, -1},  // the corrections ignore the separator
+        {"1:5", 65, -1, -1},      {"1:75", 135, 135, 135}, {"10:3x", -1, -1, -1},   {"abc", -1, -1, -1},
+        {"", -1, -1, -1},         {":30", -1, -1, -1},     {"5:", -1, -1, -1},      {"99999999999:00", -1, -1, -1},
+        {" 8:15", 495, 495, 495},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.text);
@@ -48,6 +49,11 @@ TEST(OperatingTime, ParsesByEitherRule) {
             EXPECT_THROW(parseHoursBeforeLastThree(c.text), ConversionError);
         } else {
             EXPECT_EQ(parseHoursBeforeLastThree(c.text).count(), c.lastThree);
+        }
+        if (c.strict < 0) {
+            EXPECT_THROW(parseHoursColonTwoDigits(c.text), ConversionError);
+        } else {
+            EXPECT_EQ(parseHoursColonTwoDigits(c.text).count(), c.strict);
         }
     }
 }

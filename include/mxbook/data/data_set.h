@@ -61,6 +61,10 @@ public:
     DataSet(const DataSet&) = delete;
     DataSet& operator=(const DataSet&) = delete;
 
+    // A new data set on the same connection as this one: the row a caller
+    // hands over brings its connection with it.
+    DataSet onSameConnection(std::string sql) const;
+
     void setSql(std::string sql);
     const std::string& sql() const;
     // The value of parameter ":name" in the SQL text (name given without ':',
@@ -110,6 +114,7 @@ public:
     bool hasPendingChanges() const;
 
 private:
+    DataSet() = default;
     friend class Field;
     class Impl;
     Impl& impl() const;

@@ -5,6 +5,8 @@
 #include <span>
 #include <string_view>
 
+#include "mxbook/remaining_life.h"
+
 namespace mxbook::fleet {
 
 // Ground running time counts towards a kind of unit when `counts`; its
@@ -68,8 +70,6 @@ std::span<const Owner> owners();
 std::span<const std::string_view> oilTypes();
 std::span<const std::string_view> routes();
 std::span<const std::string_view> commanders();
-
-inline constexpr std::string_view offAircraftLocations[] = {"Склад", "Ремфонд", "Ремонт", "Рекламация"};
 
 // The APU model whose generator-mode time adds to its running time.
 inline constexpr std::string_view generatorModeApuModel = "ТА-14-130";

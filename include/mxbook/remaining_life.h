@@ -1,0 +1,69 @@
+// How much life remains to a unit, and how units without a meter of their
+// own take their operating time from the aircraft or engine that carries
+// them. Every function works on the caller's data set opened on all columns
+// of a unit table (or of REESTR) and positioned on the unit's row, addresses
+// its columns by position, changes nothing and returns text.
+//
+// Null inputs give each function's neutral value; a text that is not the
+// operating time, count, date or calendar limit it should be raises
+// ConversionError; database failures raise db::Error. "Today" is the host's.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "mxbook/data/connection.h"
+#include "mxbook/data/data_set.h"
+#include "mxbook/date.h"
+
+namespace mxbook {
+
+// The warehouse, the repair pool, repair and warranty claim: a unit whose
+// location is one of these is on no aircraft.
+inline constexpr std::string_view offAircraftLocations[] = {"Склад", "Ремфонд", "Ремонт", "Рекламация"};
+bool isOffAircraft(std::string_view location);
+
+// The unit's operating time derived from its carrier: its own counter (column
+// `ownColumn`) plus what the carrier ran since the unit was installed, never
+// below zero ("0:00", or "0" for counts).
+//
+// General components (AGREGAT) counted in hours or landings, on the airframe
+// or an engine; empty text for any other counter or carrier kind, and the
+// own counter as stored when the carrying engine is not found.
+std::string FunNepNarAgr(db::Connection& connection, db::DataSet& row, int ownColumn);
+std::string FunNepNarLopast(db::Connection& connection, db::DataSet& row, int ownColumn);
+std::string FunNepNarZCU(db::Connection& connection, db::DataSet& row, int ownColumn);
+// Hoses always count their own hours in column 12.
+std::string FunNepNarShlang(db::Connection& connection, db::DataSet& row);
+std::string FunNepNarHvostVint(db::Connection& connection, db::DataSet& row, int ownColumn);
+std::string FunNepNarLebedka(db::Connection& connection, db::DataSet& row, int ownColumn);
+
+// A winch cable's hoists: its own count (column `cyclesColumn`) plus the
+// hoists of the aircraft's flights since the later of the winch's columns 6
+// and 17 up to `endDate`; column 29 counts hoists with people, any other
+// with cargo.
+std::string FunNepNarTros(db::Connection& connection, db::DataSet& row, const std::string& tailNumber, int cyclesColumn,
+                          Date endDate);
+// The hoists left of the cable's limit (column `limitColumn`), derived as
+// FunNepNarTros does when the winch is on an aircraft and accounted indirectly.
+std::string FunOstatTros(db::Connection& connection, db::DataSet& row, int usedColumn, int limitColumn, Date endDate);
+
+// Hours left of the limit (whole hours, column `limitColumn`) after the hours
+// used (column `usedColumn`, derived from the carrier where the unit's kind
+// and flag say so): "H:MM", or "00:00" when nothing is left.
+std::string FunOstatChas(db::DataSet& row, int limitColumn, int usedColumn);
+// The count left of the limit: decimal text, "0" when nothing is left.
+std::string FunOstatInteger(db::DataSet& row, int limitColumn, int usedColumn);
+
+// Calendar life left of a limit "YY.MM" counted from a date: "1г. 8м.", or "0".
+std::string FunOstatLet(db::DataSet& row, int calendarLimitColumn, int startDateColumn);
+// Calendar time run since a date: "2г. 6м.", or "0".
+std::string FunNarabLet(db::DataSet& row, int startDateColumn);
+// The word for the whole years in a number of months: "г. " or "л. ".
+std::string FunBookYear(int months);
+// The date ("dd.mm.yy") by which the unit must come off: its calendar limits
+// counted from manufacture and from its last overhaul; empty when it has none.
+std::string FunDataSniatia(db::DataSet& row, int lastOverhaulDateColumn, int overhaulCountColumn,
+                           int manufactureDateColumn, int intervalLimitColumn, int totalLimitColumn);
+
+}  // namespace mxbook

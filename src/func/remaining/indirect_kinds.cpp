@@ -1,0 +1,168 @@
+#include "indirect_kinds.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "mxbook/data/value.h"
+#include "mxbook/error.h"
+#include "mxbook/operating_time.h"
+#include "mxbook/text.h"
+
+namespace mxbook::remaining {
+
+namespace {
+
+constexpr IndirectKind kinds[] = {
+    {.table = "AGREGAT",
+     .flagName = "NEPRIAMOI_UCHET_NAR_AGREGATA",
+     .locationColumn = 27,
+     .flagColumn = 39,
+     .installReadingColumn = 16,
+     .generalComponent = true},
+    {.table = "ZCU",
+     .flagName = "NEPRIAMOI_UCHET_NAR_ZCU",
+     .locationColumn = 2,
+     .flagColumn = 16,
+     .installReadingColumn = 15},
+    {.table = "SHLANG",
+     .flagName = "NEPRIAMOI_UCHET_NAR_SHLANG",
+     .locationColumn = 2,
+     .flagColumn = 18,
+     .installReadingColumn = 17,
+     .fixedOwnColumn = 12},
+    {.table = "LOPAST",
+     .flagName = "NEPRIAMOI_UCHET_NAR_LOPAST",
+     .locationColumn = 2,
+     .flagColumn = 18,
+     .installReadingColumn = 17,
+     .blankReadingIsZero = true},
+    {.table = "HVOSTOVOY_VINT",
+     .flagName = "NEPRIAMOI_UCHET_NAR_VINTA",
+     .locationColumn = 14,
+     .flagColumn = 27,
+     .installReadingColumn = 28,
+     .registerGivesLandings = false},
+    {.table = "LEBEDKA",
+     .flagName = "NEPRIAMOI_UCHET_NAR_LEBEDKI",
+     .locationColumn = 14,
+     .flagColumn = 25,
+     .installReadingColumn = 26,
+     .registerGivesLandings = false},
+};
+
+// A general component says what it counts and what carries it.
+namespace component {
+constexpr int counterKind = 24;    // 0 hours, 1 landings
+constexpr int carrierKind = 28;    // 0 airframe, 1 engine
+constexpr int carrierSerial = 29;  // the carrying engine's serial number
+}  // namespace component
+
+// The carrying engine's counters, by position in its row.
+namespace engine {
+constexpr int hoursSinceOverhaul = 12;
+constexpr int cyclesSinceOverhaul = 27;
+}  // namespace engine
+
+// The aircraft's counters since overhaul: hours at column 0, landings at 1.
+db::DataSet registerCounters(const Queries& queries, const db::DataSet& row, int tailColumn, bool withLandings) {
+    const std::string select = withLandings ? "Select NARABOTKA_PPR_CHASOV, NARABOTKA_PPR_POSADKI From REESTR"
+                                            : "Select NARABOTKA_PPR_CHASOV From REESTR";
+    return queries.open(select + " Where TIP_VS=" + db::quoted(row.field(typeColumn).asText()) +
+                        " And BORTOVOI_NOMER=" + db::quoted(row.field(tailColumn).asText()) + " Order By ID;");
+}
+
+db::DataSet carryingEngine(const Queries& queries, const db::DataSet& row, int locationColumn) {
+    return queries.open("Select * From DVIGATEL Where GDE_STOIT=" + db::quoted(row.field(locationColumn).asText()) +
+                        " And ZAVODSKOI_NOMER=" + db::quoted(row.field(component::carrierSerial).asText()) +
+                        " Order By ID;");
+}
+
+// A null counter counts as zero; a missing carrier row is an error, as its
+// counter cannot be read.
+Minutes hoursOf(const db::Field& field) {
+    return field.isNull() ? Minutes() : operating_time::parseHoursUpToColon(field.asText());
+}
+
+Minutes carrierHours(db::DataSet& carrier, int column) {
+    if (carrier.eof()) throw ConversionError("", "operating time of the carrier (no such aircraft or engine)");
+    return hoursOf(carrier.field(column));
+}
+
+int carrierCount(db::DataSet& carrier, int column) {
+    if (carrier.eof()) throw ConversionError("", "count of the carrier (no such aircraft or engine)");
+    return intOrZero(carrier, column);
+}
+
+Minutes installReading(const db::DataSet& row, const IndirectKind& kind) {
+    const db::Field reading = row.field(kind.installReadingColumn);
+    if (reading.isNull() || (kind.blankReadingIsZero && reading.asText().empty())) return Minutes();
+    return operating_time::parseHoursUpToColon(reading.asText());
+}
+
+std::string hoursTotal(Minutes own, Minutes carrierNow, Minutes atInstallation) {
+    return operating_time::format((own + (carrierNow - atInstallation)).atLeastZero());
+}
+
+std::string countTotal(int own, int carrierNow, int atInstallation) {
+    const long long total = static_cast<long long>(own) + carrierNow - atInstallation;
+    return std::to_string(std::max(total, 0LL));
+}
+
+int countOf(const db::DataSet& row, int column) {
+    const db::Field field = row.field(column);
+    return field.isNull() ? 0 : parseInt(field.asText());
+}
+
+std::string generalComponentTime(const Queries& queries, db::DataSet& row, const IndirectKind& kind, int own) {
+    const db::Field counter = row.field(component::counterKind);
+    const db::Field carrier = row.field(component::carrierKind);
+    if (counter.isNull() || carrier.isNull()) return {};
+    const int counts = counter.asInt();
+    const int carriedBy = carrier.asInt();
+    if ((counts != 0 && counts != 1) || (carriedBy != 0 && carriedBy != 1)) return {};
+    const bool hours = counts == 0;
+    if (carriedBy == 0) {
+        auto aircraft = registerCounters(queries, row, kind.locationColumn, true);
+        if (hours) return hoursTotal(hoursOf(row.field(own)), carrierHours(aircraft, 0), installReading(row, kind));
+        return countTotal(countOf(row, own), carrierCount(aircraft, 1), countOf(row, kind.installReadingColumn));
+    }
+    auto engineRow = carryingEngine(queries, row, kind.locationColumn);
+    if (engineRow.eof()) return row.field(own).asText();  // no such engine: the counter as booked
+    if (hours)
+        return hoursTotal(hoursOf(row.field(own)), hoursOf(engineRow.field(engine::hoursSinceOverhaul)),
+                          installReading(row, kind));
+    return countTotal(countOf(row, own), intOrZero(engineRow, engine::cyclesSinceOverhaul),
+                      countOf(row, kind.installReadingColumn));
+}
+
+}  // namespace
+
+db::DataSet Queries::open(std::string sql) const {
+    db::DataSet query =
+        connection_ ? db::DataSet(*connection_, std::move(sql)) : row_->onSameConnection(std::move(sql));
+    query.open();
+    return query;
+}
+
+std::span<const IndirectKind> indirectKinds() { return kinds; }
+
+const IndirectKind& indirectKind(std::string_view table) {
+    const auto found =
+        std::find_if(std::begin(kinds), std::end(kinds), [&](const IndirectKind& k) { return k.table == table; });
+    if (found == std::end(kinds)) throw std::logic_error("no indirect kind " + std::string(table));
+    return *found;
+}
+
+int intOrZero(const db::DataSet& row, int column) {
+    const db::Field field = row.field(column);
+    return field.isNull() ? 0 : field.asInt();
+}
+
+std::string derivedOperatingTime(const Queries& queries, db::DataSet& row, const IndirectKind& kind, int ownColumn) {
+    const int own = kind.fixedOwnColumn >= 0 ? kind.fixedOwnColumn : ownColumn;
+    if (kind.generalComponent) return generalComponentTime(queries, row, kind, own);
+    auto aircraft = registerCounters(queries, row, kind.locationColumn, kind.registerGivesLandings);
+    return hoursTotal(hoursOf(row.field(own)), carrierHours(aircraft, 0), installReading(row, kind));
+}
+
+}  // namespace mxbook::remaining

@@ -1,0 +1,55 @@
+// The kinds of unit whose operating time may be derived from their carrier,
+// told apart by the name of their indirect-accounting column, and the one
+// derivation they share.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "mxbook/data/data_set.h"
+
+namespace mxbook::remaining {
+
+// Where a calculation opens its own short-lived queries: on the connection
+// the caller names, or on the unit row's own.
+class Queries {
+public:
+    explicit Queries(db::Connection& connection) : connection_(&connection) {}
+    explicit Queries(const db::DataSet& row) : row_(&row) {}
+
+    // The query, opened.
+    db::DataSet open(std::string sql) const;
+
+private:
+    db::Connection* connection_ = nullptr;
+    const db::DataSet* row_ = nullptr;
+};
+
+struct IndirectKind {
+    std::string_view table;
+    std::string_view flagName;          // the column whose presence tells the kind
+    int locationColumn;                 // a tail number or an off-aircraft location
+    int flagColumn;                     // 1: derived from the carrier
+    int installReadingColumn;           // the carrier's hours when the unit was installed
+    bool blankReadingIsZero = false;    // blades alone take an empty reading as 0:00
+    bool registerGivesLandings = true;  // the register query selects the landings too
+    int fixedOwnColumn = -1;            // hoses always count their own column 12
+    bool generalComponent = false;      // counted in hours or landings, on the airframe or an engine
+};
+
+inline constexpr int typeColumn = 1;
+
+// In the order the remaining-hours calculation takes them.
+std::span<const IndirectKind> indirectKinds();
+const IndirectKind& indirectKind(std::string_view table);
+
+// The unit's operating time now: its own counter plus what its carrier ran
+// since installation, as text; empty when a general component's counter or
+// carrier kind is unknown.
+std::string derivedOperatingTime(const Queries& queries, db::DataSet& row, const IndirectKind& kind, int ownColumn);
+
+// The value of an integer column; 0 for a null.
+int intOrZero(const db::DataSet& row, int column);
+
+}  // namespace mxbook::remaining
