@@ -12,6 +12,7 @@
 #include <string>
 
 #include "mxbook/data/connection.h"
+#include "mxbook/schema.h"
 
 namespace mxbook {
 
@@ -48,6 +49,18 @@ void FunConnection(db::Connection& connection);
 void FunConnectDocTO(db::Connection& connection);
 void FunConnectReport(db::Connection& connection);
 void FunConPhoto(db::Connection& connection);
+
+// Opens `connection` on a database as the connect functions do (its
+// location from the values file, or `location` when given), but raises
+// db::Error with the reason instead of showing a message: for programs that
+// report failures themselves.
+void openDatabase(db::Connection& connection, schema::Database database);
+void openDatabase(db::Connection& connection, schema::Database database, const std::string& location);
+
+// A local path as the values file keeps it (upper-cased) turned into the
+// path that exists on disk, folder by folder without regard to letter case;
+// the part that does not exist yet, and a server's "host:path", stay as given.
+std::string matchLetterCase(const std::string& location);
 
 // The next value of a generator; every call advances it by one.
 int GetID(db::Connection& connection, const std::string& generatorName);

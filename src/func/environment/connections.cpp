@@ -66,15 +66,19 @@ std::string composeConnectionString(int providerCode, DatabaseKind kind, const s
 
 namespace {
 
+void open(db::Connection& connection, DatabaseKind kind, const std::string& location) {
+    connection.close();
+    connection.setConnectionString(
+        composeConnectionString(GetProviderExits(), kind, matchLetterCase(location), readSettings().password));
+    connection.open();
+}
+
 void connect(db::Connection& connection, DatabaseKind kind) {
     const DatabaseConnection& database = connectionOf(kind);
     const Window owner = host().foregroundWindow();
-    const int code = GetProviderExits();
     try {
         connection.close();
-        const std::string location = matchLetterCase(databaseLocation(database.kind));
-        connection.setConnectionString(composeConnectionString(code, kind, location, readSettings().password));
-        connection.open();
+        open(connection, kind, databaseLocation(kind));
     } catch (const std::exception&) {
         // The reason stays unsaid, as it always has: the message names the database only.
         connection.close();
@@ -87,6 +91,28 @@ void connect(db::Connection& connection, DatabaseKind kind) {
 }  // namespace environment
 
 using environment::DatabaseKind;
+
+namespace {
+
+DatabaseKind kindOf(schema::Database database) {
+    switch (database) {
+    case schema::Database::main: return DatabaseKind::main;
+    case schema::Database::report: return DatabaseKind::report;
+    case schema::Database::documentation: return DatabaseKind::documentation;
+    case schema::Database::picture: return DatabaseKind::picture;
+    }
+    return DatabaseKind::main;
+}
+
+}  // namespace
+
+void openDatabase(db::Connection& connection, schema::Database database) {
+    environment::open(connection, kindOf(database), environment::databaseLocation(kindOf(database)));
+}
+
+void openDatabase(db::Connection& connection, schema::Database database, const std::string& location) {
+    environment::open(connection, kindOf(database), location);
+}
 
 int GetProviderExits() {
     const auto installed = db::Connection::providerNames();

@@ -2,9 +2,9 @@
 #include <system_error>
 
 #include "mxbook/text.h"
-#include "settings.h"
+#include "mxbook/environment.h"
 
-namespace mxbook::environment {
+namespace mxbook {
 
 namespace {
 
@@ -45,4 +45,4 @@ std::string matchLetterCase(const std::string& location) {
     return matched.string();
 }
 
-}  // namespace mxbook::environment
+}  // namespace mxbook

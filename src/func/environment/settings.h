@@ -21,12 +21,6 @@ enum class DatabaseKind { main, documentation, report, picture };
 // The database's location as the values file settles and keeps it.
 std::string databaseLocation(DatabaseKind kind);
 
-// A local path whose letter case differs from the files on disk (the values
-// file keeps locations upper-cased) turned into the path that exists, folder
-// by folder; the part that does not exist yet stays as given. A server
-// location ("host:path") is returned unchanged.
-std::string matchLetterCase(const std::string& location);
-
 // The connection string for a provider code (GetProviderExits) and a database.
 std::string composeConnectionString(int providerCode, DatabaseKind kind, const std::string& location,
                                     const std::string& password);
