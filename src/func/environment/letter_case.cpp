@@ -1,8 +1,8 @@
 #include <filesystem>
 #include <system_error>
 
-#include "mxbook/text.h"
 #include "mxbook/environment.h"
+#include "mxbook/text.h"
 
 namespace mxbook {
 

@@ -76,9 +76,10 @@ void writeEngine(Generation& g, AircraftPlan& p, int place) {
     engine.counters.installed = randomDayBetween(r, g.historyStart.addYears(-2), g.today.addDays(-60));
     const Totals flown = p.history.since(laterOf(engine.counters.installed, g.historyStart));
     const auto slot = static_cast<std::size_t>(place);
-    const int sinceNewBefore = r.between(300, 6000) * hours;
     const int overhauls = r.between(0, 3);
-    const int sinceOverhaulBefore = overhauls == 0 ? sinceNewBefore : r.between(0, 900) * hours;
+    // An engine not yet overhauled is young; an overhauled one has its hours since new and since overhaul.
+    const int sinceNewBefore = (overhauls == 0 ? r.between(100, 1500) : r.between(2000, 6000)) * hours;
+    const int sinceOverhaulBefore = overhauls == 0 ? sinceNewBefore : r.between(0, 1500) * hours;
     const int cyclesBefore = sinceOverhaulBefore / hours * 2;
     const int startsBefore = sinceOverhaulBefore / hours;
     engine.counters.minutesNow = sinceOverhaulBefore + flown.engineMinutes[slot];
@@ -124,9 +125,9 @@ void writeGearbox(Generation& g, AircraftPlan& p) {
     Random& r = p.random;
     const Date installed = randomDayBetween(r, g.historyStart.addYears(-1), g.today.addDays(-90));
     const Totals flown = p.history.since(laterOf(installed, g.historyStart));
-    const int sinceNewBefore = r.between(500, 7000) * hours;
     const int overhauls = r.between(0, 2);
-    const int sinceOverhaulBefore = overhauls == 0 ? sinceNewBefore : r.between(0, 1200) * hours;
+    const int sinceNewBefore = (overhauls == 0 ? r.between(200, 1500) : r.between(2000, 7000)) * hours;
+    const int sinceOverhaulBefore = overhauls == 0 ? sinceNewBefore : r.between(0, 1500) * hours;
     p.gearboxSerial = g.nextSerial();
     auto& gearboxes = g.table("REDUCTOR");
     gearboxes.insert(g.batch, gearboxes.row()

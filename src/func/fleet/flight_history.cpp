@@ -89,10 +89,10 @@ void Totals::add(const Flight& f, const AircraftProfile& profile) {
 
 FlightHistory::FlightHistory(const AircraftProfile& profile, Date first, Date today, Random random)
     : profile_(&profile) {
-    // Aircraft fly in seasons: about two days in three in summer, one in three in winter.
+    // Aircraft fly in seasons: about one day in two in summer, one in five in winter.
     for (Date day = first; day < today; day = day.addDays(1)) {
         const bool summer = day.month() >= 4 && day.month() <= 10;
-        if (!random.chance(summer ? 0.65 : 0.35)) continue;
+        if (!random.chance(summer ? 0.5 : 0.2)) continue;
         const int flights = random.between(1, profile.mostFlightsPerDay);
         for (int i = 0; i < flights; ++i) flights_.push_back(makeFlight(profile, day, random));
     }

@@ -28,6 +28,17 @@ std::string Generation::nextSerial() {
     return std::to_string(n);
 }
 
+Wear randomWear(Random& random, int totalLimit, int overhaulLimit, int unit) {
+    const int interval = overhaulLimit > 0 ? overhaulLimit : totalLimit;
+    const int share = random.chance(0.08) ? random.between(85, 99) : random.between(0, 75);
+    Wear wear;
+    wear.sinceOverhaul = interval * share / 100 * unit + (unit > 1 ? random.between(0, unit - 1) : 0);
+    const int possible = overhaulLimit > 0 ? std::min(3, totalLimit / overhaulLimit - 1) : 0;
+    wear.overhauls = possible > 0 ? random.between(0, possible) : 0;
+    wear.sinceNew = wear.sinceOverhaul + wear.overhauls * overhaulLimit * unit;
+    return wear;
+}
+
 std::string hoursText(int minutes) { return operating_time::format(Minutes(minutes)); }
 
 std::string calendarLimit(int years, int months) {

@@ -34,6 +34,16 @@ private:
     int serials_ = 0;
 };
 
+// How worn a unit is when it comes to the aircraft: its time since new and
+// since its last overhaul (minutes, or a count), and its overhauls. Most are
+// part-worn, a few close to their interval; `unit` is 60 for hours, 1 for counts.
+struct Wear {
+    int sinceNew = 0;
+    int sinceOverhaul = 0;
+    int overhauls = 0;
+};
+Wear randomWear(Random& random, int totalLimit, int overhaulLimit, int unit);
+
 // Operating time as the tables keep it: hours, ":", two digits of minutes
 // (never below zero).
 std::string hoursText(int minutes);

@@ -97,13 +97,20 @@ constexpr RotorKind rotorKinds[] = {
 struct UnitState {
     std::string location;
     Date installed;
-    int usedBefore = 0;
-    int overhauledBefore = 0;
+    int usedNow = 0;  // minutes since new and since overhaul, carried time included
+    int overhauledNow = 0;
     int overhauls = 0;
     bool indirect = false;
     int carried = 0;      // minutes the carrier ran since installation
     std::string reading;  // the carrier's hours at installation; empty off the aircraft
 };
+
+// The hours a unit worn `now` keeps booked: what it had at installation when
+// derived from its carrier, everything when counted directly.
+std::string booked(int now, int carried, bool indirect) {
+    const int before = std::max(0, now - carried);
+    return hoursText(indirect ? before : before + carried);
+}
 
 void writeRotorUnit(Generation& g, const RotorKind& kind, std::string_view aircraftType, const UnitState& s,
                     const std::string& owner, Random& r) {
@@ -116,7 +123,7 @@ void writeRotorUnit(Generation& g, const RotorKind& kind, std::string_view aircr
         .set(kind.serialColumn, g.nextSerial())
         .set(kind.manufacturedColumn, s.installed.addYears(-r.between(1, 10)))
         .set("DATA_USTANOVKI", s.installed)
-        .set("NARABOTKA_SNE", hoursText(indirect ? s.usedBefore : s.usedBefore + s.carried))
+        .set("NARABOTKA_SNE", booked(s.usedNow, s.carried, indirect))
         .set("RESURS_OBSH", kind.totalLimit)
         .set("SOBSTVENNOST", owner);
     if (!kind.flagColumn.empty()) row.set(kind.flagColumn, s.indirect ? 1 : 0);
@@ -124,7 +131,7 @@ void writeRotorUnit(Generation& g, const RotorKind& kind, std::string_view aircr
     if (!kind.nameColumn.empty()) row.set(kind.nameColumn, kind.name);
     if (kind.keepsCalendar) row.set("SROK_OBSH", calendarLimit(r.chance(0.5) ? 20 : 12, r.chance(0.2) ? 6 : 0));
     if (kind.overhaulLimit > 0) {
-        row.set("NARABOTKA_PPR", hoursText(indirect ? s.overhauledBefore : s.overhauledBefore + s.carried))
+        row.set("NARABOTKA_PPR", booked(s.overhauledNow, s.carried, indirect))
             .set("RESURS_MR", kind.overhaulLimit)
             .set("SROK_MR", calendarLimit(r.between(3, 8)))
             .set("KOL_VO_REMONTOV", s.overhauls);
@@ -148,10 +155,10 @@ void writeRotorUnit(Generation& g, const RotorKind& kind, std::string_view aircr
 
 UnitState wornState(Random& r, const RotorKind& kind) {
     UnitState s;
-    const int share = r.chance(0.08) ? r.between(85, 99) : r.between(0, 70);
-    s.usedBefore = kind.totalLimit * share / 100 * hours + r.between(0, 59);
-    s.overhauls = kind.overhaulLimit > 0 && share > 30 ? r.between(0, 2) : 0;
-    s.overhauledBefore = s.overhauls == 0 ? s.usedBefore : s.usedBefore / (s.overhauls + 2);
+    const Wear wear = randomWear(r, kind.totalLimit, kind.overhaulLimit, hours);
+    s.usedNow = wear.sinceNew;
+    s.overhauledNow = wear.sinceOverhaul;
+    s.overhauls = wear.overhauls;
     s.indirect = r.chance(0.6);
     return s;
 }

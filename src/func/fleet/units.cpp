@@ -10,33 +10,33 @@ namespace {
 
 constexpr int hours = 60;
 
-// How a unit came to be where it is: when it was installed, what it had
-// run up before, whether its time is derived from the carrier.
+// How a unit came to be where it is: when it was installed, how worn it is
+// now, whether its time is derived from the carrier.
 struct Installation {
     Date day;
-    int usedBefore = 0;  // minutes, or a count for units counted in landings
-    int overhauledBefore = 0;
+    int usedNow = 0;  // minutes, or a count for units counted in landings
+    int overhauledNow = 0;
     int overhauls = 0;
     bool indirect = false;
 };
 
-Installation installation(Random& r, Date firstDay, Date today, int totalLimit, bool countsLandings) {
+Installation installation(Random& r, Date firstDay, Date today, const ComponentModel& model) {
     Installation i;
     i.day = firstDay.addDays(r.between(0, std::max(0, daysBetween(firstDay, today.addDays(-1)))));
-    const int unit = countsLandings ? 1 : hours;
-    // Some units are new, most are part-worn, a few are close to their limit.
-    const int share = r.chance(0.08) ? r.between(85, 99) : r.between(0, 70);
-    i.usedBefore = totalLimit * share / 100 * unit + (countsLandings ? 0 : r.between(0, 59));
-    i.overhauls = i.usedBefore > totalLimit * unit / 3 ? r.between(0, 2) : 0;
-    i.overhauledBefore = i.overhauls == 0 ? i.usedBefore : i.usedBefore / (i.overhauls + 2);
+    const Wear wear = randomWear(r, model.totalLimit, model.overhaulLimit, model.countsLandings ? 1 : hours);
+    i.usedNow = wear.sinceNew;
+    i.overhauledNow = wear.sinceOverhaul;
+    i.overhauls = wear.overhauls;
     i.indirect = r.chance(0.6);
     return i;
 }
 
-// A counter as the row keeps it: an indirectly accounted unit keeps what it
-// had at installation (the carrier supplies the rest); another has the
+// A counter as the row keeps it, for a unit worn `now` that the carrier has
+// run `carried` since installation: an indirectly accounted unit keeps what
+// it had at installation (the carrier supplies the rest); another has the
 // flights since added, as its installation and the daily entries did.
-std::string counterText(int before, int carried, bool indirect, bool countsLandings) {
+std::string counterText(int now, int carried, bool indirect, bool countsLandings) {
+    const int before = std::max(0, now - carried);
     const int value = indirect ? before : before + carried;
     return countsLandings ? std::to_string(value) : hoursText(value);
 }
@@ -65,8 +65,8 @@ void writeComponent(Generation& g, const AircraftProfile& type, const ComponentM
         .set("SROK_OBSH", calendarLimit(r.chance(0.5) ? 20 : 15))
         .set("RESURS_MR", model.overhaulLimit)
         .set("SROK_MR", calendarLimit(r.between(3, 8), r.chance(0.3) ? 6 : 0))
-        .set("NARABOTKA_SNE", counterText(i.usedBefore, carried, i.indirect, landings))
-        .set("NARABOTKA_PPR", counterText(i.overhauledBefore, carried, i.indirect, landings))
+        .set("NARABOTKA_SNE", counterText(i.usedNow, carried, i.indirect, landings))
+        .set("NARABOTKA_PPR", counterText(i.overhauledNow, carried, i.indirect, landings))
         .set("UCHET_MASLA", model.tracksOil ? 1 : 0)
         .set("EDINICA_NARABOTKI", landings ? 1 : 0)
         .set("DATA_USTANOVKI", i.day)
@@ -94,8 +94,7 @@ void writeAirframeComponents(Generation& g, const AircraftPlan& p) {
     const auto models = airframeComponents();
     for (int n = 0; n < g.options.componentsPerAircraft; ++n) {
         const ComponentModel& model = models[static_cast<std::size_t>(n) % models.size()];
-        const Installation i =
-            installation(r, p.firstInstallDay(g.historyStart), g.today, model.totalLimit, model.countsLandings);
+        const Installation i = installation(r, p.firstInstallDay(g.historyStart), g.today, model);
         const int readingValue = model.countsLandings ? p.airframeLandingsAt(i.day) : p.airframeMinutesAt(i.day);
         const int nowValue = model.countsLandings ? p.airframe.countNow : p.airframe.minutesNow;
         const std::string reading = model.countsLandings ? std::to_string(readingValue) : hoursText(readingValue);
@@ -108,7 +107,7 @@ void writeEngineComponents(Generation& g, const AircraftPlan& p) {
     for (const EnginePlan& engine : p.engines)
         for (const ComponentModel& model : engineComponents()) {
             const Date first = std::max(engine.counters.installed, g.historyStart);
-            const Installation i = installation(r, first, g.today, model.totalLimit, model.countsLandings);
+            const Installation i = installation(r, first, g.today, model);
             const int readingValue =
                 model.countsLandings ? p.engineCyclesAt(engine, i.day) : p.engineMinutesAt(engine, i.day);
             const int nowValue = model.countsLandings ? engine.counters.countNow : engine.counters.minutesNow;
@@ -184,15 +183,13 @@ void writeOffAircraftUnits(Generation& g, const AircraftProfile& profile) {
         for (int n = 0; n < 3; ++n) {
             const ComponentModel& model =
                 models[static_cast<std::size_t>(r.between(0, static_cast<int>(models.size()) - 1))];
-            const Installation i =
-                installation(r, g.today.addDays(-700), g.today, model.totalLimit, model.countsLandings);
+            const Installation i = installation(r, g.today.addDays(-700), g.today, model);
             writeComponent(g, profile, model, {0, std::string(location), {}}, i, {}, 0, r);
         }
     // An engine in repair keeps the units mounted on it, and they still follow its counter.
     const EnginePlan engine = writeSpareEngine(g, profile, "Ремонт");
     for (const ComponentModel& model : engineComponents().first(2)) {
-        Installation i = installation(r, engine.counters.installed.addYears(-1), engine.counters.installed,
-                                      model.totalLimit, model.countsLandings);
+        Installation i = installation(r, engine.counters.installed.addYears(-1), engine.counters.installed, model);
         i.indirect = true;
         const int reading = model.countsLandings ? engine.counters.countNow - r.between(0, 200)
                                                  : engine.counters.minutesNow - r.between(0, 300) * hours;

@@ -83,13 +83,14 @@ Minutes hoursOf(const db::Field& field) {
     return field.isNull() ? Minutes() : operating_time::parseHoursUpToColon(field.asText());
 }
 
-Minutes carrierHours(db::DataSet& carrier, int column) {
-    if (carrier.eof()) throw ConversionError("", "operating time of the carrier (no such aircraft or engine)");
+// The aircraft's counter; `tail` names it when the register has no such row.
+Minutes carrierHours(db::DataSet& carrier, int column, const std::string& tail) {
+    if (carrier.eof()) throw ConversionError(tail, "tail number of an aircraft in the register");
     return hoursOf(carrier.field(column));
 }
 
-int carrierCount(db::DataSet& carrier, int column) {
-    if (carrier.eof()) throw ConversionError("", "count of the carrier (no such aircraft or engine)");
+int carrierCount(db::DataSet& carrier, int column, const std::string& tail) {
+    if (carrier.eof()) throw ConversionError(tail, "tail number of an aircraft in the register");
     return intOrZero(carrier, column);
 }
 
@@ -123,8 +124,10 @@ std::string generalComponentTime(const Queries& queries, db::DataSet& row, const
     const bool hours = counts == 0;
     if (carriedBy == 0) {
         auto aircraft = registerCounters(queries, row, kind.locationColumn, true);
-        if (hours) return hoursTotal(hoursOf(row.field(own)), carrierHours(aircraft, 0), installReading(row, kind));
-        return countTotal(countOf(row, own), carrierCount(aircraft, 1), countOf(row, kind.installReadingColumn));
+        const std::string tail = row.field(kind.locationColumn).asText();
+        if (hours)
+            return hoursTotal(hoursOf(row.field(own)), carrierHours(aircraft, 0, tail), installReading(row, kind));
+        return countTotal(countOf(row, own), carrierCount(aircraft, 1, tail), countOf(row, kind.installReadingColumn));
     }
     auto engineRow = carryingEngine(queries, row, kind.locationColumn);
     if (engineRow.eof()) return row.field(own).asText();  // no such engine: the counter as booked
@@ -162,7 +165,8 @@ std::string derivedOperatingTime(const Queries& queries, db::DataSet& row, const
     const int own = kind.fixedOwnColumn >= 0 ? kind.fixedOwnColumn : ownColumn;
     if (kind.generalComponent) return generalComponentTime(queries, row, kind, own);
     auto aircraft = registerCounters(queries, row, kind.locationColumn, kind.registerGivesLandings);
-    return hoursTotal(hoursOf(row.field(own)), carrierHours(aircraft, 0), installReading(row, kind));
+    return hoursTotal(hoursOf(row.field(own)), carrierHours(aircraft, 0, row.field(kind.locationColumn).asText()),
+                      installReading(row, kind));
 }
 
 }  // namespace mxbook::remaining

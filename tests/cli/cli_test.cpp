@@ -1,0 +1,181 @@
+// The mxbook program driven as a user drives it: arguments in, output and
+// exit code out, in a folder of its own.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "temp_folder.h"
+
+namespace mxbook {
+namespace {
+
+struct Outcome {
+    int exitCode;
+    std::string out;
+    std::string err;
+};
+
+std::string quoted(const std::string& argument) {
+    std::string text = "'";
+    for (char c : argument) text += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return text + "'";
+}
+
+Outcome mxbook(const std::vector<std::string>& arguments, const std::filesystem::path& folder) {
+    const auto errors = folder / "stderr.txt";
+    std::string command = MXBOOK_CLI;
+    for (const std::string& argument : arguments) command += " " + quoted(argument);
+    command += " 2>" + quoted(errors.string());
+    Outcome run{};
+    FILE* pipe = popen(command.c_str(), "r");
+    char buffer[4096];
+    for (std::size_t n; (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;) run.out.append(buffer, n);
+    const int status = pclose(pipe);
+    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    std::ifstream in(errors);
+    run.err.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    return run;
+}
+
+int lines(const std::string& text) { return static_cast<int>(std::count(text.begin(), text.end(), '\n')); }
+
+// One demo fleet in a root of its own, shared by the tests that read it.
+class CliTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        folder_ = std::make_unique<testing::TempFolder>();
+        const Outcome demo = mxbook({"demo", "--root", root()}, folder_->path());
+        ASSERT_EQ(demo.exitCode, 0) << demo.err;
+    }
+    static void TearDownTestSuite() { folder_.reset(); }
+    static std::string root() { return (folder_->path() / "velmo").string(); }
+    static Outcome run(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin() + 1, {"--root", root()});
+        return mxbook(arguments, folder_->path());
+    }
+
+private:
+    static inline std::unique_ptr<testing::TempFolder> folder_;
+};
+
+TEST_F(CliTest, DemoFilledTheRootAndInitFindsEverything) {
+    const Outcome init = run({"init"});
+    ASSERT_EQ(init.exitCode, 0) << init.err;
+    for (const char* name : {"main", "report", "documentation", "picture"})
+        EXPECT_NE(init.out.find(name), std::string::npos) << name;
+    EXPECT_EQ(lines(init.out), 5);
+    EXPECT_EQ(init.out.find("created"), std::string::npos);  // all four exist since the demo
+    EXPECT_TRUE(std::filesystem::exists(root() + "/VELMO/NALET.FDB"));
+    const Outcome again = run({"demo"});
+    EXPECT_EQ(again.exitCode, 2);
+    EXPECT_NE(again.err.find("holds aircraft already"), std::string::npos) << again.err;
+}
+
+TEST_F(CliTest, StatusOfOneAircraftTightestFirst) {
+    const Outcome status = run({"status", "RA-21001", "--format", "csv"});
+    ASSERT_EQ(status.exitCode, 0) << status.err;
+    EXPECT_EQ(status.out.rfind("Tail,Kind,Unit,Serial,On,Counts,Booked,Left,", 0), 0u) << status.out;
+    EXPECT_GT(lines(status.out), 50);
+    // Every row is the aircraft's, and the shares never grow down the list.
+    std::istringstream rows(status.out);
+    std::string row;
+    std::getline(rows, row);
+    int previous = -1;
+    while (std::getline(rows, row)) {
+        EXPECT_EQ(row.rfind("RA-21001,", 0), 0u) << row;
+        const auto percent = row.rfind('%');
+        const auto comma = row.rfind(',', percent);
+        const int share = std::stoi(row.substr(comma + 1, percent - comma - 1));
+        EXPECT_GE(share, previous) << row;
+        previous = share;
+    }
+}
+
+TEST_F(CliTest, StatusOfAnUnknownAircraftIsOneLineAndExitTwo) {
+    const Outcome status = run({"status", "RA-00000"});
+    EXPECT_EQ(status.exitCode, 2);
+    EXPECT_EQ(status.err, "mxbook: no aircraft RA-00000 in the register\n");
+    EXPECT_EQ(status.out, "");
+}
+
+TEST_F(CliTest, CallReachesLibraryFunctionsByName) {
+    const struct {
+        std::vector<std::string> arguments;
+        std::string out;
+    } cases[] = {
+        {{"call", "FunBookYear", "252"}, "г. \n"},
+        {{"call", "FunChageToColon", ","}, ":\n"},
+        {{"call", "FunChageToPoint", "7"}, "7\n"},
+        {{"call", "FunOstatLet", "@sql:select * from REESTR where BORTOVOI_NOMER = 'RA-21001'", "17", "6"}, ""},
+        {{"call", "GetProviderExits"}, "1\n"},
+        {{"call", "GetUserRoot"}, root() + "/VELMO/\n"},
+        {{"call", "--today", "2024-01-02", "FunMsg", "", "24"}, ""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.arguments[1]);
+        const Outcome call = run(c.arguments);
+        EXPECT_EQ(call.exitCode, 0) << call.err;
+        if (!c.out.empty()) {
+            EXPECT_EQ(call.out, c.out);
+        }
+    }
+    const Outcome message = run({"call", "--today", "2024-01-02", "FunMsg", "", "24"});
+    EXPECT_EQ(message.err, "Внимание!: Сегодня только 02.01.24. Продолжение невозможно.\n");
+    const Outcome generator = run({"call", "GetID", "GEN_ETA_ZCU_ID"});
+    const Outcome next = run({"call", "GetID", "GEN_ETA_ZCU_ID"});
+    EXPECT_EQ(std::stoi(next.out), std::stoi(generator.out) + 1);
+}
+
+TEST_F(CliTest, CallComputesOnTheRowItIsGiven) {
+    const Outcome hours = run({"call", "FunOstatChas",
+                               "@sql:select * from AGREGAT where GDE_STOIT = 'RA-21001' "
+                               "and EDINICA_NARABOTKI = 0 order by ID",
+                               "12", "17"});
+    ASSERT_EQ(hours.exitCode, 0) << hours.err;
+    EXPECT_NE(hours.out.find(':'), std::string::npos) << hours.out;
+    const Outcome corrected = run({"call", "--format", "json", "FunHourCorrectToVS", "@REESTR:1", "22", "45"});
+    ASSERT_EQ(corrected.exitCode, 0) << corrected.err;
+    EXPECT_EQ(corrected.out.rfind("{\"function\": \"FunHourCorrectToVS\", \"result\": \"", 0), 0u) << corrected.out;
+    EXPECT_NE(corrected.out.find("\"changed\": []"), std::string::npos);
+}
+
+TEST_F(CliTest, BadInputIsOneLineNamingWhatFailedAndExitTwo) {
+    const struct {
+        std::vector<std::string> arguments;
+        std::string error;
+    } cases[] = {
+        {{"call", "NoSuchFunction"}, "no library function NoSuchFunction"},
+        {{"call", "FunBookYear", "abc"}, "'abc' is not a valid integer"},
+        {{"call", "FunBookYear"}, "FunBookYear takes 1 arguments"},
+        {{"call", "FunOstatChas", "@AGREGAT:99999999", "12", "17"}, "no row: @AGREGAT:99999999"},
+        {{"call", "FunOstatChas", "@AGREGAT;drop:1", "12", "17"}, "is not a table name"},
+        {{"call", "FunNepNarTros", "@LEBEDKA:1", "RA-21001", "29", "31.02.2024"}, "'31.02.2024' is not a valid date"},
+        {{"call", "--db", "/nonexistent/NALET.FDB", "FunMaxDvigExp"}, "cannot open the main database"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.arguments[1]);
+        const Outcome call = run(c.arguments);
+        EXPECT_EQ(call.exitCode, 2);
+        EXPECT_EQ(lines(call.err), 1) << call.err;
+        EXPECT_NE(call.err.find(c.error), std::string::npos) << call.err;
+    }
+}
+
+TEST(Cli, WrongArgumentsPrintUsageAndExitOne) {
+    testing::TempFolder folder;
+    for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
+             {}, {"fly"}, {"status", "--format", "xml"}, {"init", "--answer", "maybe"}}) {
+        const Outcome run = mxbook(arguments, folder.path());
+        EXPECT_EQ(run.exitCode, 1) << (arguments.empty() ? "" : arguments[0]);
+        EXPECT_FALSE(run.err.empty());
+    }
+}
+
+}  // namespace
+}  // namespace mxbook
