@@ -4,7 +4,7 @@ BUILD_DIR ?= build
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps configure build test demo install clean
+.PHONY: all deps configure build test demo bench install clean
 
 all: build
 
@@ -22,6 +22,10 @@ test: build
 
 demo: build
 	@$(BUILD_DIR)/tools/mxbook/mxbook demo
+
+# Not part of `make test`: the first run generates the fleets (a minute), later runs reuse them.
+bench: build
+	@$(BUILD_DIR)/bench/mxbook_bench $(BENCH_ARGS)
 
 install: build
 	@cmake --install $(BUILD_DIR)

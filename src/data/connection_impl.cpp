@@ -76,6 +76,7 @@ void ConnectionImpl::detach() noexcept {
     for (CursorUser* user : users) user->releaseCursor();
     cursorUsers_.clear();
     statements_.clear();
+    reading_.reset();
     primaryKeys_.clear();
     if (!attachment_) return;
     fb::endQuietly(attachment_, &fb::IAttachment::detach<fb::CheckStatusWrapper>);
@@ -102,6 +103,7 @@ std::vector<Value> ConnectionImpl::run(fb::Transaction& transaction, const std::
         // changed table's old columns and keep a dropped table "in use".
         statements_.clear();
         primaryKeys_.clear();
+        if (openCursors_ == 0) reading_.reset();
     }
     InputMessage input(prepared->input(), params, attachment(), transaction.get());
     fb::IMessageMetadata* output = prepared->output();
@@ -127,10 +129,7 @@ std::int64_t ConnectionImpl::execute(const std::string& sql, const std::vector<V
 }
 
 std::vector<std::string> ConnectionImpl::relationAliases(const std::string& sql) {
-    fb::Transaction transaction(attachment(), fb::Transaction::Kind::read);
-    std::vector<std::string> aliases = prepare(transaction.get(), sql)->relationAliases();
-    transaction.commit();
-    return aliases;
+    return prepare(readTransaction(), sql)->relationAliases();
 }
 
 const std::vector<std::string>& ConnectionImpl::primaryKey(const std::string& table) {
@@ -140,21 +139,28 @@ const std::vector<std::string>& ConnectionImpl::primaryKey(const std::string& ta
     return primaryKeys_[table] = std::move(key);
 }
 
+fb::ITransaction* ConnectionImpl::readTransaction() {
+    if (!reading_) reading_.emplace(attachment(), fb::Transaction::Kind::read);
+    return reading_->get();
+}
+
 Cursor::Cursor(ConnectionImpl& connection, const std::string& sql, const std::vector<Value>& params)
-    : attachment_(connection.attachment()),
-      transaction_(attachment_, fb::Transaction::Kind::read),
-      prepared_(connection.prepare(transaction_.get(), sql)),
+    : connection_(&connection),
+      attachment_(connection.attachment()),
+      transaction_(connection.readTransaction()),
+      prepared_(connection.prepare(transaction_, sql)),
       columns_(prepared_->sharedColumns()),
       returnsRows_(prepared_->hasCursor()),
       sql_(sql) {
     if (!returnsRows_) return;
-    InputMessage input(prepared_->input(), params, attachment_, transaction_.get());
+    InputMessage input(prepared_->input(), params, attachment_, transaction_);
     fb::Status status;
     fb::guarded(sql, [&] {
         buffer_.assign(prepared_->output()->getMessageLength(&status), 0);
-        resultSet_ = prepared_->statement()->openCursor(&status, transaction_.get(), input.metadata(), input.buffer(),
+        resultSet_ = prepared_->statement()->openCursor(&status, transaction_, input.metadata(), input.buffer(),
                                                         prepared_->output(), 0);
     });
+    connection_->cursorOpened();
 }
 
 bool Cursor::fetch(std::vector<Value>& row) {
@@ -170,7 +176,7 @@ bool Cursor::fetch(std::vector<Value>& row) {
     const auto& columns = *columns_;
     row.resize(columns.size());
     for (std::size_t i = 0; i < columns.size(); ++i)
-        row[i] = decode(columns[i], buffer_.data(), attachment_, transaction_.get());
+        row[i] = decode(columns[i], buffer_.data(), attachment_, transaction_);
     return true;
 }
 
@@ -178,11 +184,7 @@ void Cursor::close() noexcept {
     if (resultSet_) {
         fb::endQuietly(resultSet_, &fb::IResultSet::close<fb::CheckStatusWrapper>);
         resultSet_ = nullptr;
-    }
-    try {
-        transaction_.commit();
-    } catch (const Error&) {
-        transaction_.rollback();  // a read-only transaction has nothing to lose
+        connection_->cursorClosed();
     }
     prepared_.reset();
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <memory>
 #include <set>
 #include <string>
@@ -54,19 +55,29 @@ public:
     // The primary key's columns of a table, in key order; empty without one.
     const std::vector<std::string>& primaryKey(const std::string& table);
 
+    // The transaction every cursor of this connection reads in: read-only
+    // and read-committed, so it sees each commit at once and holds nothing
+    // back; started once rather than per query.
+    fb::ITransaction* readTransaction();
+    // Cursors say when they open and close: a metadata change ends the read
+    // transaction first when none is open, so that it holds no table in use.
+    void cursorOpened() { ++openCursors_; }
+    void cursorClosed() { --openCursors_; }
+
     void track(CursorUser* user) { cursorUsers_.insert(user); }
     void untrack(CursorUser* user) { cursorUsers_.erase(user); }
 
 private:
     fb::IAttachment* attachment_ = nullptr;
+    std::optional<fb::Transaction> reading_;
+    int openCursors_ = 0;
     StatementCache statements_{128};
     std::map<std::string, std::vector<std::string>> primaryKeys_;
     std::set<CursorUser*> cursorUsers_;
 };
 
-// An open cursor over a query's rows, in a read-only transaction of its own
-// that ends when the last row has been read or the cursor is closed. (So a
-// selectable procedure that writes cannot be read through it.)
+// An open cursor over a query's rows, in the connection's read transaction.
+// (So a selectable procedure that writes cannot be read through it.)
 class Cursor {
 public:
     Cursor(ConnectionImpl& connection, const std::string& sql, const std::vector<Value>& params);
@@ -81,8 +92,9 @@ public:
     void close() noexcept;
 
 private:
+    ConnectionImpl* connection_;
     fb::IAttachment* attachment_;
-    fb::Transaction transaction_;
+    fb::ITransaction* transaction_;
     std::shared_ptr<Prepared> prepared_;
     std::shared_ptr<const std::vector<Column>> columns_;
     bool returnsRows_;

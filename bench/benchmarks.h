@@ -1,0 +1,24 @@
+// What the benchmarks share: a cached fleet opened through the library and
+// bare through the client.
+#pragma once
+
+#include <string>
+
+#include "mxbook/data/connection.h"
+#include "raw_firebird.h"
+#include "ratios.h"
+
+namespace mxbook::bench {
+
+struct Fleet {
+    explicit Fleet(const std::string& path);
+    std::string path;
+    db::Connection connection;
+    RawDatabase raw;
+};
+
+void registerRemainingLife(Fleet& fleet);
+void registerFlights(Fleet& oneYear, Fleet& tenYears, RatioReporter& reporter);
+void registerStatus(Fleet& fleet);
+
+}  // namespace mxbook::bench

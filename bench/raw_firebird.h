@@ -1,0 +1,47 @@
+// The floor of an operation: its SQL run bare through the Firebird client,
+// each statement prepared once and executed with text parameters, the rows
+// fetched and nothing more done with them.
+#pragma once
+
+#include <firebird/Interface.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace mxbook::bench {
+
+class RawDatabase {
+public:
+    explicit RawDatabase(const std::string& location);
+    ~RawDatabase();
+    RawDatabase(const RawDatabase&) = delete;
+    RawDatabase& operator=(const RawDatabase&) = delete;
+
+    class Statement {
+    public:
+        Statement(RawDatabase& database, const std::string& sql);
+        ~Statement();
+        Statement(const Statement&) = delete;
+        Statement& operator=(const Statement&) = delete;
+
+        // Runs the query with its '?' parameters as texts and fetches every
+        // row; returns how many there were.
+        int run(const std::vector<std::string>& params = {});
+
+    private:
+        RawDatabase& database_;
+        Firebird::IStatement* statement_ = nullptr;
+        Firebird::IMessageMetadata* input_ = nullptr;
+        Firebird::IMessageMetadata* output_ = nullptr;
+        std::vector<unsigned char> inputBuffer_, outputBuffer_;
+    };
+
+private:
+    friend class Statement;
+    Firebird::IMaster* master_;
+    Firebird::IAttachment* attachment_ = nullptr;
+    Firebird::ITransaction* transaction_ = nullptr;
+};
+
+}  // namespace mxbook::bench
