@@ -5,8 +5,8 @@
 #include <string>
 
 #include "mxbook/data/connection.h"
-#include "raw_firebird.h"
 #include "ratios.h"
+#include "raw_firebird.h"
 
 namespace mxbook::bench {
 

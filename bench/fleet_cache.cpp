@@ -32,8 +32,8 @@ std::string cachedFleet(const fleet::FleetOptions& options) {
     const auto schemaHash = std::hash<std::string_view>{}(schema::ddl(schema::Database::main));
     const std::string name = "fleet-s" + std::to_string(options.seed) + "-a" + std::to_string(options.aircraft) + "-y" +
                              std::to_string(options.years) + "-c" + std::to_string(options.componentsPerAircraft) +
-                             "-d" + std::to_string(options.today.serial()) + "-h" + std::to_string(schemaHash % 1000000) +
-                             ".fdb";
+                             "-d" + std::to_string(options.today.serial()) + "-h" +
+                             std::to_string(schemaHash % 1000000) + ".fdb";
     const fs::path path = folder / name;
     if (fs::exists(path)) return path.string();
     std::cerr << "generating " << path.string() << " (once)..." << std::endl;

@@ -29,8 +29,8 @@ void carried(benchmark::State& state, Fleet& fleet) {
         db::DataSet flights(fleet.connection, flightsSql());
         long long minutes = 0, landings = 0;
         for (flights.open(); !flights.eof(); flights.next()) {
-            minutes += flights.field(5).asTime().wholeMinutes() +
-                       std::llround(flights.field(4).asTime().wholeMinutes() * 0.5);
+            minutes +=
+                flights.field(5).asTime().wholeMinutes() + std::llround(flights.field(4).asTime().wholeMinutes() * 0.5);
             landings += flights.field(6).isNull() ? 0 : flights.field(6).asInt();
         }
         benchmark::DoNotOptimize(minutes + landings);

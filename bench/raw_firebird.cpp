@@ -25,10 +25,11 @@ RawDatabase::RawDatabase(const std::string& location) : master_(fb_get_master_in
     IXpbBuilder* dpb = master_->getUtilInterface()->getXpbBuilder(&status, IXpbBuilder::DPB, nullptr, 0);
     dpb->insertString(&status, isc_dpb_lc_ctype, "UTF8");
     dpb->insertString(&status, isc_dpb_user_name, "SYSDBA");
-    if (const char* password = std::getenv("MXBOOK_DB_PASSWORD")) dpb->insertString(&status, isc_dpb_password, password);
+    if (const char* password = std::getenv("MXBOOK_DB_PASSWORD"))
+        dpb->insertString(&status, isc_dpb_password, password);
     IProvider* provider = master_->getDispatcher();
-    attachment_ = provider->attachDatabase(&status, location.c_str(), dpb->getBufferLength(&status),
-                                           dpb->getBuffer(&status));
+    attachment_ =
+        provider->attachDatabase(&status, location.c_str(), dpb->getBufferLength(&status), dpb->getBuffer(&status));
     dpb->dispose();
     provider->release();
     transaction_ = attachment_->startTransaction(&status, 0, nullptr);

@@ -56,19 +56,20 @@ std::function<void(db::DataSet&, std::vector<Query>&)> registerQuery(int stateme
 std::vector<Case> cases() {
     const auto none = [](db::DataSet&, std::vector<Query>&) {};
     return {
-        {"FunNepNarAgr/AGREGAT", "AGREGAT where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)", [](db::Connection& c, db::DataSet& r) { FunNepNarAgr(c, r, 17); },
-         componentQuery},
-        {"FunNepNarLopast/LOPAST", "LOPAST where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)", [](db::Connection& c, db::DataSet& r) { FunNepNarLopast(c, r, 26); },
-         registerQuery(registerBoth, 2)},
-        {"FunNepNarZCU/ZCU", "ZCU where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)", [](db::Connection& c, db::DataSet& r) { FunNepNarZCU(c, r, 11); },
-         registerQuery(registerBoth, 2)},
-        {"FunNepNarShlang/SHLANG", "SHLANG where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)", [](db::Connection& c, db::DataSet& r) { FunNepNarShlang(c, r); },
-         registerQuery(registerBoth, 2)},
+        {"FunNepNarAgr/AGREGAT", "AGREGAT where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)",
+         [](db::Connection& c, db::DataSet& r) { FunNepNarAgr(c, r, 17); }, componentQuery},
+        {"FunNepNarLopast/LOPAST", "LOPAST where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)",
+         [](db::Connection& c, db::DataSet& r) { FunNepNarLopast(c, r, 26); }, registerQuery(registerBoth, 2)},
+        {"FunNepNarZCU/ZCU", "ZCU where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)",
+         [](db::Connection& c, db::DataSet& r) { FunNepNarZCU(c, r, 11); }, registerQuery(registerBoth, 2)},
+        {"FunNepNarShlang/SHLANG", "SHLANG where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)",
+         [](db::Connection& c, db::DataSet& r) { FunNepNarShlang(c, r); }, registerQuery(registerBoth, 2)},
         {"FunNepNarHvostVint/HVOSTOVOY_VINT", "HVOSTOVOY_VINT where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)",
          [](db::Connection& c, db::DataSet& r) { FunNepNarHvostVint(c, r, 29); }, registerQuery(registerHours, 14)},
-        {"FunNepNarLebedka/LEBEDKA", "LEBEDKA where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)", [](db::Connection& c, db::DataSet& r) { FunNepNarLebedka(c, r, 27); },
-         registerQuery(registerHours, 14)},
-        {"FunOstatChas/AGREGAT", "AGREGAT where EDINICA_NARABOTKI = 0", [](db::Connection&, db::DataSet& r) { FunOstatChas(r, 12, 17); },
+        {"FunNepNarLebedka/LEBEDKA", "LEBEDKA where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)",
+         [](db::Connection& c, db::DataSet& r) { FunNepNarLebedka(c, r, 27); }, registerQuery(registerHours, 14)},
+        {"FunOstatChas/AGREGAT", "AGREGAT where EDINICA_NARABOTKI = 0",
+         [](db::Connection&, db::DataSet& r) { FunOstatChas(r, 12, 17); },
          [](db::DataSet& row, std::vector<Query>& queries) {
              const bool flagged = !row.field(39).isNull() && row.field(39).asInt() == 1;
              const bool on = !isOffAircraft(row.field(27).asText()) || (onEngine(row) && !row.field(29).isNull());
@@ -105,10 +106,12 @@ void registerRemainingLife(Fleet& fleet) {
         benchmark::RegisterBenchmark((c.name + "/floor").c_str(), [&fleet, c, queries](benchmark::State& state) {
             RawDatabase::Statement units(fleet.raw, "select * from " + c.table);
             std::vector<std::unique_ptr<RawDatabase::Statement>> statements;
-            for (const char* sql : floorStatements) statements.push_back(std::make_unique<RawDatabase::Statement>(fleet.raw, sql));
+            for (const char* sql : floorStatements)
+                statements.push_back(std::make_unique<RawDatabase::Statement>(fleet.raw, sql));
             for (auto _ : state) {
                 int rows = units.run();
-                for (const Query& q : *queries) rows += statements[static_cast<std::size_t>(q.statement)]->run(q.params);
+                for (const Query& q : *queries)
+                    rows += statements[static_cast<std::size_t>(q.statement)]->run(q.params);
                 benchmark::DoNotOptimize(rows);
             }
         })->Unit(benchmark::kMillisecond);

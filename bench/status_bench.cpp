@@ -68,8 +68,8 @@ void registerStatus(Fleet& fleet) {
             db::DataSet units(fleet.connection, std::string("select * from ") + kind.table + " where " + kind.location +
                                                     " = " + db::quoted(tail) + " and " + kind.flag + " = 1");
             for (units.open(); !units.eof(); units.next()) {
-                const bool engine = std::string(kind.table) == "AGREGAT" && !units.field(28).isNull() &&
-                                    units.field(28).asInt() == 1;
+                const bool engine =
+                    std::string(kind.table) == "AGREGAT" && !units.field(28).isNull() && units.field(28).asInt() == 1;
                 for (int n = 0; n < kind.derivedLimits; ++n)
                     steps->push_back(engine ? Step{engineQuery, {tail, units.field(29).asText()}}
                                             : Step{registerQuery, {units.field(1).asText(), tail}});
@@ -80,15 +80,18 @@ void registerStatus(Fleet& fleet) {
         std::vector<std::unique_ptr<RawDatabase::Statement>> statements;
         for (const StatusTable& kind : tables)
             statements.push_back(std::make_unique<RawDatabase::Statement>(
-                fleet.raw, std::string("select * from ") + kind.table + " where " + kind.location + " = ? order by ID"));
+                fleet.raw,
+                std::string("select * from ") + kind.table + " where " + kind.location + " = ? order by ID"));
         statements.push_back(std::make_unique<RawDatabase::Statement>(
-            fleet.raw, "Select NARABOTKA_PPR_CHASOV, NARABOTKA_PPR_POSADKI From REESTR Where TIP_VS=? And "
-                       "BORTOVOI_NOMER=? Order By ID"));
+            fleet.raw,
+            "Select NARABOTKA_PPR_CHASOV, NARABOTKA_PPR_POSADKI From REESTR Where TIP_VS=? And "
+            "BORTOVOI_NOMER=? Order By ID"));
         statements.push_back(std::make_unique<RawDatabase::Statement>(
             fleet.raw, "Select * From DVIGATEL Where GDE_STOIT=? And ZAVODSKOI_NOMER=? Order By ID"));
         for (auto _ : state) {
             int rows = 0;
-            for (const Step& step : *steps) rows += statements[static_cast<std::size_t>(step.statement)]->run(step.params);
+            for (const Step& step : *steps)
+                rows += statements[static_cast<std::size_t>(step.statement)]->run(step.params);
             benchmark::DoNotOptimize(rows);
         }
     })->Unit(benchmark::kMillisecond);
