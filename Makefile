@@ -25,6 +25,7 @@ demo: build
 
 # Not part of `make test`: the first run generates the fleets (a minute), later runs reuse them.
 bench: build
+	@scripts/install-deps.sh scripts/debian-packages-bench.txt
 	@$(BUILD_DIR)/bench/mxbook_bench $(BENCH_ARGS)
 
 install: build

@@ -20,5 +20,6 @@ struct Fleet {
 void registerRemainingLife(Fleet& fleet);
 void registerFlights(Fleet& oneYear, Fleet& tenYears, RatioReporter& reporter);
 void registerStatus(Fleet& fleet);
+void registerServerStatus(Fleet& fleet, RatioReporter& reporter);
 
 }  // namespace mxbook::bench

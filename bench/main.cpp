@@ -31,6 +31,7 @@ int main(int argc, char** argv) {
     bench::registerRemainingLife(tenYears);
     bench::registerFlights(oneYear, tenYears, reporter);
     bench::registerStatus(tenYears);
+    bench::registerServerStatus(tenYears, reporter);
     benchmark::RunSpecifiedBenchmarks(&reporter);
     reporter.printRatios();
     benchmark::Shutdown();

@@ -8,7 +8,7 @@ void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
         if (run.run_type != Run::RT_Iteration || run.iterations == 0) continue;
-        const std::string name = run.benchmark_name();
+        const std::string name = run.run_name.function_name;
         if (!seconds_.count(name)) order_.push_back(name);
         seconds_[name] = run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit);
     }

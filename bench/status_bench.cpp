@@ -3,6 +3,8 @@
 // derived limit of a unit the carrier query the calculation runs.
 #include <benchmark/benchmark.h>
 
+#include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <sstream>
 
@@ -42,7 +44,66 @@ struct Step {
     std::vector<std::string> params;
 };
 
+// A private Firebird server on loopback serving a copy of the fleet, started
+// by the first benchmark that needs it and stopped at the end of the run.
+class PrivateServer {
+public:
+    static constexpr const char* password = "mxbook-bench";
+    static constexpr int port = 3055;
+
+    ~PrivateServer() {
+        if (started_) std::system(("'" + script() + "' stop '" + folder_ + "'").c_str());
+    }
+
+    // The location of the fleet's copy on the server; empty when the server cannot start.
+    std::string serve(const std::string& fleetPath) {
+        if (!started_) {
+            const std::string start =
+                "'" + script() + "' start '" + folder_ + "' " + std::to_string(port) + " " + password + " >/dev/null";
+            if (std::system(start.c_str()) != 0) return {};
+            started_ = true;
+            std::filesystem::copy_file(fleetPath, folder_ + "/fleet.fdb",
+                                       std::filesystem::copy_options::overwrite_existing);
+            setenv("MXBOOK_DB_PASSWORD", password, 1);
+        }
+        return "localhost/" + std::to_string(port) + ":" + folder_ + "/fleet.fdb";
+    }
+
+private:
+    static std::string script() { return MXBOOK_BENCH_DIR "/private_server.sh"; }
+    std::string folder_ = (std::filesystem::temp_directory_path() / "mxbook-bench-server").string();
+    bool started_ = false;
+};
+
+PrivateServer& privateServer() {
+    static PrivateServer server;
+    return server;
+}
+
 }  // namespace
+
+void registerServerStatus(Fleet& fleet, RatioReporter& reporter) {
+    benchmark::RegisterBenchmark(
+        "FleetStatus/server",
+        [&fleet](benchmark::State& state) {
+            const std::string location = privateServer().serve(fleet.path);
+            if (location.empty()) {
+                state.SkipWithError("no private Firebird server (make bench installs firebird3.0-server)");
+                return;
+            }
+            cli::Options options;
+            options.format = cli::Format::csv;
+            options.database = location;
+            for (auto _ : state) {
+                std::ostringstream out;
+                cli::runStatus(out, options, std::nullopt);
+                benchmark::DoNotOptimize(out.str().size());
+            }
+        })
+        ->Unit(benchmark::kMillisecond)
+        ->Iterations(2);
+    reporter.compare("fleet status: server on loopback / embedded", "FleetStatus/server", "FleetStatus");
+}
 
 void registerStatus(Fleet& fleet) {
     benchmark::RegisterBenchmark("FleetStatus", [&fleet](benchmark::State& state) {
