@@ -34,6 +34,25 @@ test-asan: deps
 	@cmake --build $(ASAN_BUILD_DIR) -j $(JOBS)
 	@$(SANITIZER_ENV) ctest --test-dir $(ASAN_BUILD_DIR) --output-on-failure -j $(JOBS)
 
+# Each fuzz target for FUZZ_RUNS inputs, from a copy of its seed corpus; any crash or sanitizer
+# report fails. Built with clang in a build of its own.
+FUZZ_BUILD_DIR ?= build-fuzz
+FUZZ_RUNS ?= 1000000
+FUZZ_TARGETS = operating_time short_date ini_file connection_string file_version
+fuzz:
+	@scripts/install-deps.sh scripts/debian-packages-fuzz.txt
+	@CC=clang CXX=clang++ cmake -S . -B $(FUZZ_BUILD_DIR) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DMXBOOK_FUZZ=ON \
+		-DMXBOOK_BUILD_TESTS=OFF -DMXBOOK_BUILD_BENCH=OFF >/dev/null
+	@cmake --build $(FUZZ_BUILD_DIR) -j $(JOBS)
+	@for target in $(FUZZ_TARGETS); do \
+		work=$$(mktemp -d) && cp -r fuzz/corpus/$$target/. $$work/ && \
+		echo "fuzzing $$target ($(FUZZ_RUNS) inputs)" && \
+		ASAN_OPTIONS=detect_leaks=0 $(FUZZ_BUILD_DIR)/fuzz/fuzz_$$target -runs=$(FUZZ_RUNS) -max_len=4096 \
+			-print_final_stats=1 $$work 2>$$work.log; status=$$?; \
+		grep -E "stat::number_of_executed_units|Done|ERROR|SUMMARY" $$work.log; rm -rf $$work; \
+		if [ $$status -ne 0 ]; then echo "fuzz_$$target failed: see $$work.log"; exit 1; fi; rm -f $$work.log; \
+	done
+
 demo: build
 	@$(BUILD_DIR)/tools/mxbook/mxbook demo
 

@@ -14,7 +14,9 @@ namespace {
 // the counters that hold it.
 Minutes total(std::string_view text, std::string_view hoursPart, std::string_view minutesPart) {
     try {
-        const long long value = static_cast<long long>(parseInt64(hoursPart)) * 60 + parseInt64(minutesPart);
+        // Each part fits an int before it is multiplied, so nothing overflows on the way.
+        const long long hours = parseInt(hoursPart);
+        const long long value = hours * 60 + parseInt(minutesPart);
         if (value > INT_MAX || value < INT_MIN) throw ConversionError(std::string(text), "operating time");
         return Minutes(value);
     } catch (const ConversionError&) {
