@@ -10,6 +10,7 @@
 #include <sstream>
 #include <string>
 
+#include "mxbook/data.h"
 #include "temp_folder.h"
 
 namespace mxbook {
@@ -165,6 +166,122 @@ TEST_F(CliTest, BadInputIsOneLineNamingWhatFailedAndExitTwo) {
         EXPECT_EQ(lines(call.err), 1) << call.err;
         EXPECT_NE(call.err.find(c.error), std::string::npos) << call.err;
     }
+}
+
+// The contents of every table of a database, as one text.
+std::string contentsOf(const std::string& database) {
+    db::Connection connection("Provider=LCPI.IBProvider.5.Free;User ID=SYSDBA;Location=" + database);
+    connection.open();
+    db::DataSet tables(connection,
+                       "select trim(rdb$relation_name) from rdb$relations where rdb$system_flag = 0 order by 1");
+    std::string text;
+    for (tables.open(); !tables.eof(); tables.next()) {
+        db::DataSet rows(connection, "select * from " + tables.field(0).asText() + " order by 1");
+        for (rows.open(); !rows.eof(); rows.next())
+            for (int i = 0; i < rows.fieldCount(); ++i) text += rows.field(i).asText() + '|';
+        text += '\n';
+    }
+    return text;
+}
+
+// Rows holding what people and old files put in them: malformed operating
+// time and calendar limits, an aircraft that is not in the register.
+struct BadRows {
+    int hoursText, hoursDigits, hoursHuge, calendar, unknownTail;
+};
+
+BadRows insertBadRows(const std::string& database) {
+    db::Connection connection("Provider=LCPI.IBProvider.5.Free;User ID=SYSDBA;Location=" + database);
+    connection.open();
+    const auto insert = [&](const std::string& sql) {
+        connection.execute(sql);
+        db::DataSet id(connection, "select max(ID) from " + sql.substr(12, sql.find(' ', 12) - 12));
+        id.open();
+        return id.field(0).asInt();
+    };
+    const std::string unit =
+        "insert into AGREGAT (TIP_VS, GDE_STOIT, EDINICA_NARABOTKI, PLAN_DVIG_VSU, "
+        "NEPRIAMOI_UCHET_NAR_AGREGATA, RESURS_OBSH, NARABOTKA_SNE) values ('Ми-8МТВ-1', "
+        "'RA-21001', 0, 0, 1, 1000, ";
+    BadRows rows{};
+    rows.hoursText = insert(unit + "'abc')");
+    rows.hoursDigits = insert(unit + "'12:3x')");
+    rows.hoursHuge = insert(unit + "'99999999:00')");
+    rows.calendar = insert(
+        "insert into AGREGAT (TIP_VS, GDE_STOIT, SROK_OBSH, DATA_VYPUSKA, DATA_REMONTA, KOL_VO_REMONTOV) "
+        "values ('Ми-8МТВ-1', 'Склад', 'abc', '2010-01-01', '2015-01-01', 1)");
+    rows.unknownTail = insert(
+        "insert into LOPAST (TIP_VS, GDE_STOIT, NARABOTKA_PPR, NEPRIAMOI_UCHET_NAR_LOPAST) "
+        "values ('Ми-8МТВ-1', 'RA-NOPE', '1:00', 1)");
+    return rows;
+}
+
+// Every callable function given bad input of some kind: one line naming what
+// failed, exit code 2, and not a byte of the database changed.
+TEST_F(CliTest, BadInputToEveryFunctionChangesNothing) {
+    const std::string database = root() + "/VELMO/NALET.FDB";
+    const BadRows bad = insertBadRows(database);
+    const auto row = [](const char* table, int id) { return "@" + std::string(table) + ":" + std::to_string(id); };
+    const std::string before = contentsOf(database);
+    const struct {
+        std::vector<std::string> arguments;
+        std::string error;
+    } cases[] = {
+        {{"GetUserRoot", "abc"}, "takes 0 arguments"},
+        {{"GetCommonRoot", ""}, "takes 0 arguments"},
+        {{"GetUserDesktop", "x"}, "takes 0 arguments"},
+        {{"GetUserBase", "x"}, "takes 0 arguments"},
+        {{"GetBaseDocTO", "x"}, "takes 0 arguments"},
+        {{"GetBaseReport", "x"}, "takes 0 arguments"},
+        {{"GetUserPhoto", "x"}, "takes 0 arguments"},
+        {{"GetFileVersion"}, "takes 1 arguments"},
+        {{"GetProviderExits", "1"}, "takes 0 arguments"},
+        {{"FunConnection", "x"}, "takes 0 arguments"},
+        {{"FunConnectDocTO", "x"}, "takes 0 arguments"},
+        {{"FunConnectReport", "x"}, "takes 0 arguments"},
+        {{"FunConPhoto", "x"}, "takes 0 arguments"},
+        {{"GetID", ""}, "is not the name of a generator"},
+        {{"GetID", "GEN_ETA_ZCU_ID, 1) from rdb$database; --"}, "is not the name of a generator"},
+        {{"FunMaxDvigExp", "x"}, "takes 0 arguments"},
+        {{"FunHourCorrectFromVS", row("AGREGAT", bad.hoursText), "17", "10"}, "'abc' is not a valid operating time"},
+        {{"FunHourCorrectToVS", row("AGREGAT", bad.hoursDigits), "17", "10"}, "'12:3x' is not a valid"},
+        {{"FunIntegerCorrectFromVS", "@REESTR:1", "abc", "1"}, "'abc' is not a valid integer"},
+        {{"FunIntegerCorrectToVS", "@REESTR:99999999", "21", "1"}, "no row: @REESTR:99999999"},
+        {{"FunChageToColon", "ab"}, "a key is one character"},
+        {{"FunChageToPoint", ""}, "a key is one character"},
+        {{"FunMsg", "x", "abc"}, "'abc' is not a valid integer"},
+        {{"GetActiveWindowTitle", "x"}, "takes 0 arguments"},
+        {{"FunNepNarAgr", row("AGREGAT", bad.hoursHuge), "17"}, "'99999999:00' is not a valid operating time"},
+        {{"FunNepNarLopast", row("LOPAST", bad.unknownTail), "26"}, "'RA-NOPE' is not a valid tail number"},
+        {{"FunNepNarZCU", "@ZCU:99999999", "11"}, "no row: @ZCU:99999999"},
+        {{"FunNepNarShlang", "@sql:select * from SHLANG where 1 = 0"}, "no row"},
+        {{"FunNepNarHvostVint", "@HVOSTOVOY_VINT:1", "abc"}, "'abc' is not a valid integer"},
+        {{"FunNepNarLebedka", "@LEBEDKA:1", ""}, "'' is not a valid integer"},
+        {{"FunNepNarTros", "@LEBEDKA:1", "RA-21001", "29", "31.02.2024"}, "'31.02.2024' is not a valid date"},
+        {{"FunOstatTros", "@LEBEDKA:1", "29", "23", ""}, "'' is not a valid date"},
+        {{"FunOstatChas", row("AGREGAT", bad.hoursText), "12", "17"}, "'abc' is not a valid operating time"},
+        {{"FunOstatInteger", row("AGREGAT", bad.hoursDigits), "12", "17"}, "'12:3x' is not a valid integer"},
+        {{"FunOstatLet", row("AGREGAT", bad.calendar), "13", "6"}, "'abc' is not a valid calendar limit"},
+        {{"FunNarabLet", "@AGREGAT:1", "x"}, "'x' is not a valid integer"},
+        {{"FunBookYear", ""}, "'' is not a valid integer"},
+        {{"FunDataSniatia", row("AGREGAT", bad.calendar), "9", "10", "6", "13", "13"}, "'abc' is not a valid calendar"},
+        {{"FunOstatChas", "@AGREGAT':1", "12", "17"}, "is not a table name"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.arguments[0]);
+        std::vector<std::string> arguments = {"call"};
+        arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+        const Outcome call = run(arguments);
+        EXPECT_EQ(call.exitCode, 2) << call.out;
+        EXPECT_EQ(lines(call.err), 1) << call.err;
+        EXPECT_NE(call.err.find(c.error), std::string::npos) << call.err;
+    }
+    for (const std::string tail : {"RA-1'1", "' or ''='"}) {
+        const Outcome status = run({"status", tail});
+        EXPECT_EQ(status.exitCode, 2);
+        EXPECT_EQ(status.err, "mxbook: no aircraft " + tail + " in the register\n");
+    }
+    EXPECT_TRUE(contentsOf(database) == before) << "a table changed";
 }
 
 TEST(Cli, WrongArgumentsPrintUsageAndExitOne) {
