@@ -7,7 +7,7 @@
 #include <fstream>
 #include <string>
 
-#include "func/environment/ini_file.h"
+#include "environment/ini_file.h"
 
 using namespace mxbook::environment;
 

@@ -1,4 +1,4 @@
-#include "func/environment/settings.h"
+#include "environment/settings.h"
 
 #include <gtest/gtest.h>
 

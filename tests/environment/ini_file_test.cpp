@@ -1,4 +1,4 @@
-#include "func/environment/ini_file.h"
+#include "environment/ini_file.h"
 
 #include <gtest/gtest.h>
 
