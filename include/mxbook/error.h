@@ -25,4 +25,18 @@ private:
     std::string text_;
 };
 
+// A caller's argument the function cannot use: a column number outside the
+// row, a parameter the statement does not have, a value of the wrong shape.
+class ArgumentError : public Error {
+public:
+    using Error::Error;
+};
+
+// Stored data that a rule cannot use: a row that should be there and is not,
+// a column holding what no rule allows.
+class DataError : public Error {
+public:
+    using Error::Error;
+};
+
 }  // namespace mxbook
