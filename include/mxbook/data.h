@@ -8,4 +8,5 @@
 #include "mxbook/data/data_set.h"
 #include "mxbook/data/error.h"
 #include "mxbook/data/field_info.h"
+#include "mxbook/data/unit_of_work.h"
 #include "mxbook/data/value.h"

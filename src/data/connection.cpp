@@ -25,6 +25,9 @@ ConnectionString checkedSettings(const std::string& text) {
     });
     if (!known) throw Error("provider '" + settings.provider + "' is not installed");
     if (settings.location.empty()) throw Error("the connection string names no Location");
+    if (!settings.autoCommit)
+        throw Error("auto_commit=False is not supported: each statement commits by itself, and a unit of work "
+                    "groups the statements that must be stored together");
     return settings;
 }
 
@@ -64,6 +67,15 @@ void Connection::close() noexcept {
     if (impl_) impl_->detach();
 }
 
+void Connection::dropDatabase() {
+    if (!impl_) throw Error("the connection is closed");
+    impl_->dropDatabase();
+}
+
+void Connection::forgetStatements() {
+    if (impl_) impl_->forgetStatements();
+}
+
 bool Connection::isOpen() const { return impl_ && impl_->isOpen(); }
 
 std::int64_t Connection::execute(std::string_view sql) {
@@ -80,7 +92,7 @@ std::int64_t Connection::nextGeneratorValue(std::string_view generator) {
     // Written as given when it is an identifier, so that Firebird folds its case as usual.
     const std::string name = detail::isIdentifier(generator) ? std::string(generator) : detail::sqlName(generator);
     const auto rows = detail::queryRows(*impl_, "select gen_id(" + name + ", 1) from rdb$database");
-    return rows.at(0).at(0).asInt64();
+    return rows.front().front().asInt64();  // that select gives one row, one column
 }
 
 std::vector<std::string> Connection::providerNames() { return installedProviders(); }

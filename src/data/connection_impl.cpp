@@ -75,12 +75,31 @@ void ConnectionImpl::detach() noexcept {
     const auto users = cursorUsers_;
     for (CursorUser* user : users) user->releaseCursor();
     cursorUsers_.clear();
+    if (work_) {
+        work_->dropped = true;
+        work_->transaction.rollback();
+        for (WorkParticipant* participant : work_->participants) participant->workDropped();
+        work_->participants.clear();
+        work_.reset();
+    }
     statements_.clear();
-    reading_.reset();
     primaryKeys_.clear();
     if (!attachment_) return;
     fb::endQuietly(attachment_, &fb::IAttachment::detach<fb::CheckStatusWrapper>);
     attachment_ = nullptr;
+}
+
+void ConnectionImpl::dropDatabase() {
+    fb::IAttachment* attachment = this->attachment();
+    const auto users = cursorUsers_;
+    for (CursorUser* user : users) user->releaseCursor();
+    cursorUsers_.clear();
+    if (work_) endWork(false);
+    statements_.clear();
+    primaryKeys_.clear();
+    fb::Status status;
+    fb::guarded({}, [&] { attachment->dropDatabase(&status); });
+    attachment_ = nullptr;  // dropping released it
 }
 
 fb::IAttachment* ConnectionImpl::attachment() const {
@@ -92,91 +111,201 @@ std::shared_ptr<Prepared> ConnectionImpl::prepare(fb::ITransaction* transaction,
     return statements_.acquire(attachment(), transaction, sql);
 }
 
-std::vector<Value> ConnectionImpl::run(fb::Transaction& transaction, const std::string& sql,
+void ConnectionImpl::forgetStatements() {
+    statements_.clear();
+    primaryKeys_.clear();
+}
+
+bool outgrownBySchema(const Error& failure) {
+    // A widened column overflows the buffer a cached statement was prepared
+    // with; a table changed under it fails the statement's own checks.
+    return failure.hasCode(isc_string_truncation) || failure.hasCode(isc_arith_except) ||
+           failure.hasCode(isc_req_sync);
+}
+
+std::vector<Value> ConnectionImpl::run(fb::ITransaction* transaction, const std::string& sql,
                                        const std::vector<Value>& params, std::int64_t* affected) {
-    const auto prepared = prepare(transaction.get(), sql);
+    const auto prepared = prepare(transaction, sql);
     if (prepared->controlsTransactions())
         throw Error("COMMIT, ROLLBACK and SET TRANSACTION cannot run as statements: each statement and each "
                     "batch of changes is committed by itself", 0, sql);
     if (prepared->isDdl()) {
         // Prepared statements hold the metadata they read: they would keep a
         // changed table's old columns and keep a dropped table "in use".
-        statements_.clear();
-        primaryKeys_.clear();
-        if (openCursors_ == 0) reading_.reset();
+        forgetStatements();
     }
-    InputMessage input(prepared->input(), params, attachment(), transaction.get());
+    try {
+        return runOnce(prepared, transaction, params, affected);
+    } catch (const Error& failure) {
+        if (prepared->isDdl() || !outgrownBySchema(failure)) throw;
+        statements_.forget(sql);
+        return runOnce(prepare(transaction, sql), transaction, params, affected);
+    }
+}
+
+std::vector<Value> ConnectionImpl::runOnce(const std::shared_ptr<Prepared>& prepared, fb::ITransaction* transaction,
+                                           const std::vector<Value>& params, std::int64_t* affected) {
+    InputMessage input(prepared->input(), params, attachment(), transaction);
     fb::IMessageMetadata* output = prepared->output();
     fb::Status status;
-    return fb::guarded(sql, [&] {
+    return fb::guarded(prepared->sql(), [&] {
         std::vector<unsigned char> row(output ? output->getMessageLength(&status) : 0);
-        prepared->statement()->execute(&status, transaction.get(), input.metadata(), input.buffer(), output,
+        prepared->statement()->execute(&status, transaction, input.metadata(), input.buffer(), output,
                                        row.empty() ? nullptr : row.data());
         if (affected) *affected = static_cast<std::int64_t>(prepared->statement()->getAffectedRecords(&status));
         std::vector<Value> returned;
-        for (const Column& column : prepared->columns())
-            returned.push_back(decode(column, row.data(), attachment(), transaction.get()));
+        for (const Column& column : prepared->columns()) {
+            const bool blob = column.sqlType == SQL_BLOB;
+            returned.push_back(blob ? readBlob(decodeBlobId(column, row.data()), attachment(), transaction)
+                                    : decode(column, row.data()));
+        }
         return returned;
     });
 }
 
 std::int64_t ConnectionImpl::execute(const std::string& sql, const std::vector<Value>& params) {
-    fb::Transaction transaction(attachment(), fb::Transaction::Kind::write);
     std::int64_t affected = 0;
-    run(transaction, sql, params, &affected);
+    if (work_) {
+        inWork([&](fb::ITransaction* transaction) { return run(transaction, sql, params, &affected); });
+        return affected;
+    }
+    fb::Transaction transaction(attachment(), fb::Transaction::Kind::write);
+    run(transaction.get(), sql, params, &affected);
     transaction.commit();
     return affected;
 }
 
 std::vector<std::string> ConnectionImpl::relationAliases(const std::string& sql) {
-    return prepare(readTransaction(), sql)->relationAliases();
+    const ReadScope scope = beginRead();
+    return prepare(scope.get(), sql)->relationAliases();
 }
 
 const std::vector<std::string>& ConnectionImpl::primaryKey(const std::string& table) {
     if (auto found = primaryKeys_.find(table); found != primaryKeys_.end()) return found->second;
     std::vector<std::string> key;
-    for (const auto& row : queryRows(*this, primaryKeySql, {Value(table)})) key.push_back(row.at(0).asText());
+    for (const auto& row : queryRows(*this, primaryKeySql, {Value(table)})) key.push_back(row.front().asText());
     return primaryKeys_[table] = std::move(key);
 }
 
-fb::ITransaction* ConnectionImpl::readTransaction() {
-    if (!reading_) reading_.emplace(attachment(), fb::Transaction::Kind::read);
-    return reading_->get();
+ReadScope ConnectionImpl::beginRead() {
+    if (work_) {
+        checkedWork();
+        return ReadScope{nullptr, work_};
+    }
+    return ReadScope{std::make_shared<fb::Transaction>(attachment(), fb::Transaction::Kind::read), nullptr};
 }
 
-Cursor::Cursor(ConnectionImpl& connection, const std::string& sql, const std::vector<Value>& params)
+std::shared_ptr<Work> ConnectionImpl::checkedWork() const {
+    if (!work_) throw Error("no unit of work is open on the connection");
+    if (!work_->failure.empty())
+        throw Error("the unit of work failed earlier and stores nothing; roll it back (" + work_->failure + ")");
+    return work_;
+}
+
+std::pair<std::shared_ptr<Work>, bool> ConnectionImpl::beginWork() {
+    if (work_) return {work_, false};
+    work_ = std::make_shared<Work>(attachment());
+    return {work_, true};
+}
+
+void ConnectionImpl::endWork(bool store) {
+    const std::shared_ptr<Work> work = std::move(work_);
+    work_.reset();
+    if (!work || work->ended()) return;
+    // Data sets still reading in the unit's transaction read the rest now.
+    const auto users = cursorUsers_;
+    for (CursorUser* user : users) user->transactionEnding(work->transaction.get());
+    const auto participants = std::move(work->participants);
+    work->participants.clear();
+    if (store && work->failure.empty()) {
+        try {
+            work->transaction.commit();
+        } catch (...) {
+            work->transaction.rollback();
+            for (WorkParticipant* participant : participants) participant->workDropped();
+            throw;
+        }
+        for (WorkParticipant* participant : participants) participant->workStored();
+        return;
+    }
+    work->transaction.rollback();
+    for (WorkParticipant* participant : participants) participant->workDropped();
+    if (store) throw Error("the unit of work failed earlier and stored nothing (" + work->failure + ")");
+}
+
+Cursor::Cursor(ConnectionImpl& connection, fb::ITransaction* transaction, const std::string& sql,
+               const std::vector<Value>& params)
     : connection_(&connection),
       attachment_(connection.attachment()),
-      transaction_(connection.readTransaction()),
+      transaction_(transaction),
       prepared_(connection.prepare(transaction_, sql)),
       columns_(prepared_->sharedColumns()),
       returnsRows_(prepared_->hasCursor()),
-      sql_(sql) {
+      sql_(sql),
+      params_(params) {
     if (!returnsRows_) return;
-    InputMessage input(prepared_->input(), params, attachment_, transaction_);
+    for (const Column& column : *columns_) hasBlobs_ = hasBlobs_ || column.sqlType == SQL_BLOB;
+    try {
+        openCursor();
+    } catch (const Error& failure) {
+        if (!outgrownBySchema(failure)) throw;
+        connection.forgetStatement(sql);
+        prepared_ = connection.prepare(transaction_, sql);
+        columns_ = prepared_->sharedColumns();
+        openCursor();
+    }
+}
+
+void Cursor::openCursor() {
+    InputMessage input(prepared_->input(), params_, attachment_, transaction_);
     fb::Status status;
-    fb::guarded(sql, [&] {
+    fb::guarded(sql_, [&] {
         buffer_.assign(prepared_->output()->getMessageLength(&status), 0);
         resultSet_ = prepared_->statement()->openCursor(&status, transaction_, input.metadata(), input.buffer(),
                                                         prepared_->output(), 0);
     });
-    connection_->cursorOpened();
 }
 
-bool Cursor::fetch(std::vector<Value>& row) {
+bool Cursor::fetch(std::vector<Value>& row, std::vector<BlobId>& blobs) {
     if (!resultSet_) return false;
     fb::Status status;
-    const bool fetched = fb::guarded(sql_, [&] {
-        return resultSet_->fetchNext(&status, buffer_.data()) == fb::IStatus::RESULT_OK;
-    });
+    bool fetched = false;
+    try {
+        fetched = fb::guarded(sql_, [&] {
+            return resultSet_->fetchNext(&status, buffer_.data()) == fb::IStatus::RESULT_OK;
+        });
+    } catch (const Error& failure) {
+        // Before the first row nothing was handed out: a statement the schema
+        // outgrew is prepared anew and opened again, once.
+        if (fetchedAny_ || !outgrownBySchema(failure)) {
+            close();
+            throw;
+        }
+        close();
+        connection_->forgetStatement(sql_);
+        prepared_ = connection_->prepare(transaction_, sql_);
+        columns_ = prepared_->sharedColumns();
+        fetchedAny_ = true;  // no second retry
+        openCursor();
+        return fetch(row, blobs);
+    }
     if (!fetched) {
         close();
         return false;
     }
+    fetchedAny_ = true;
     const auto& columns = *columns_;
     row.resize(columns.size());
-    for (std::size_t i = 0; i < columns.size(); ++i)
-        row[i] = decode(columns[i], buffer_.data(), attachment_, transaction_);
+    blobs.clear();
+    if (hasBlobs_) blobs.resize(columns.size());
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (columns[i].sqlType == SQL_BLOB) {
+            row[i] = Value();
+            blobs[i] = decodeBlobId(columns[i], buffer_.data());
+        } else {
+            row[i] = decode(columns[i], buffer_.data());
+        }
+    }
     return true;
 }
 
@@ -184,16 +313,21 @@ void Cursor::close() noexcept {
     if (resultSet_) {
         fb::endQuietly(resultSet_, &fb::IResultSet::close<fb::CheckStatusWrapper>);
         resultSet_ = nullptr;
-        connection_->cursorClosed();
     }
     prepared_.reset();
 }
 
 std::vector<std::vector<Value>> queryRows(ConnectionImpl& connection, const std::string& sql,
                                           const std::vector<Value>& params) {
-    Cursor cursor(connection, sql, params);
+    const ReadScope scope = connection.beginRead();
+    Cursor cursor(connection, scope.get(), sql, params);
     std::vector<std::vector<Value>> rows;
-    for (std::vector<Value> row; cursor.fetch(row);) rows.push_back(row);
+    std::vector<BlobId> blobs;
+    for (std::vector<Value> row; cursor.fetch(row, blobs);) {
+        for (std::size_t i = 0; i < blobs.size(); ++i)
+            if (blobs[i].present) row[i] = readBlob(blobs[i], connection.attachment(), scope.get());
+        rows.push_back(row);
+    }
     return rows;
 }
 

@@ -1,9 +1,9 @@
 // One attachment to a database and what lives with it: its cached
-// statements, the primary keys of its tables, and the data sets reading from it.
+// statements, the primary keys of its tables, the unit of work open on it,
+// and the data sets reading from it.
 #pragma once
 
 #include <map>
-#include <optional>
 #include <memory>
 #include <set>
 #include <string>
@@ -15,13 +15,49 @@
 
 namespace mxbook::db::detail {
 
-// A data set with an open cursor; told to let go of it before the attachment goes.
+// A data set that holds a cursor or a transaction of this connection; told
+// before either goes away.
 class CursorUser {
 public:
+    // The attachment is going: let go of everything read through it.
     virtual void releaseCursor() noexcept = 0;
+    // `transaction` is about to end: read what is still to be read in it.
+    virtual void transactionEnding(fb::ITransaction*) noexcept {}
 
 protected:
     ~CursorUser() = default;
+};
+
+// Told how the unit of work it wrote in ended.
+class WorkParticipant {
+public:
+    virtual void workStored() noexcept = 0;
+    virtual void workDropped() noexcept = 0;
+
+protected:
+    ~WorkParticipant() = default;
+};
+
+// The transaction of an open unit of work, shared by everything that writes
+// (and reads) through the connection while it is open.
+struct Work {
+    explicit Work(fb::IAttachment* attachment) : transaction(attachment, fb::Transaction::Kind::write) {}
+
+    fb::Transaction transaction;
+    std::string failure;   // why it failed; empty while it has not
+    bool dropped = false;  // the connection closed under it
+    std::vector<WorkParticipant*> participants;
+
+    bool ended() const { return transaction.get() == nullptr; }
+};
+
+// The transaction a query reads in: a snapshot of its own, or the open unit
+// of work's (so that it sees what the unit wrote).
+struct ReadScope {
+    std::shared_ptr<fb::Transaction> own;
+    std::shared_ptr<Work> work;
+
+    fb::ITransaction* get() const { return own ? own->get() : work ? work->transaction.get() : nullptr; }
 };
 
 class ConnectionImpl {
@@ -33,20 +69,27 @@ public:
 
     void attach(const ConnectionString& settings, bool create);
     void detach() noexcept;
+    // Drops the attached database, file and all, and detaches.
+    void dropDatabase();
     bool isOpen() const { return attachment_ != nullptr; }
     // Throws db::Error when the connection is closed.
     fb::IAttachment* attachment() const;
 
     std::shared_ptr<Prepared> prepare(fb::ITransaction* transaction, const std::string& sql);
+    // Prepares every statement anew from now on, and reads primary keys anew:
+    // for after another connection changed the schema.
+    void forgetStatements();
+    void forgetStatement(const std::string& sql) { statements_.forget(sql); }
 
     // Runs a statement without a cursor in `transaction`; returns what its
     // RETURNING clause gives (empty without one). `affected` receives the
-    // number of rows it changed.
-    std::vector<Value> run(fb::Transaction& transaction, const std::string& sql, const std::vector<Value>& params,
+    // number of rows it changed. A cached statement that the schema has
+    // outgrown is prepared anew and run once more.
+    std::vector<Value> run(fb::ITransaction* transaction, const std::string& sql, const std::vector<Value>& params,
                            std::int64_t* affected = nullptr);
 
-    // Runs a statement without a cursor in a write transaction of its own and
-    // commits it; returns the rows it changed.
+    // Runs a statement without a cursor: in the open unit of work, or else in
+    // a transaction of its own that it commits. Returns the rows it changed.
     std::int64_t execute(const std::string& sql, const std::vector<Value>& params);
 
     // The table alias of each column a query returns (see Prepared).
@@ -55,55 +98,86 @@ public:
     // The primary key's columns of a table, in key order; empty without one.
     const std::vector<std::string>& primaryKey(const std::string& table);
 
-    // The transaction every cursor of this connection reads in: read-only
-    // and read-committed, so it sees each commit at once and holds nothing
-    // back; started once rather than per query.
-    fb::ITransaction* readTransaction();
-    // Cursors say when they open and close: a metadata change ends the read
-    // transaction first when none is open, so that it holds no table in use.
-    void cursorOpened() { ++openCursors_; }
-    void cursorClosed() { --openCursors_; }
+    // Where a query opened now reads: in the open unit of work, or in a
+    // read-only snapshot of its own.
+    ReadScope beginRead();
+
+    // The open unit of work, or null.
+    const std::shared_ptr<Work>& work() const { return work_; }
+    // Opens a unit of work; returns false (and the open one) when one is
+    // open already, which the caller then joins.
+    std::pair<std::shared_ptr<Work>, bool> beginWork();
+    // Ends the open unit of work: stores it, or drops it. Raises when it
+    // cannot be stored, having dropped it.
+    void endWork(bool store);
+    // Runs `write` in the open unit of work; a failure makes the unit failed.
+    template <typename Write>
+    decltype(auto) inWork(Write&& write) {
+        const std::shared_ptr<Work> work = checkedWork();
+        try {
+            return write(work->transaction.get());
+        } catch (const std::exception& failure) {
+            if (work->failure.empty()) work->failure = failure.what();
+            throw;
+        }
+    }
 
     void track(CursorUser* user) { cursorUsers_.insert(user); }
     void untrack(CursorUser* user) { cursorUsers_.erase(user); }
 
 private:
+    std::shared_ptr<Work> checkedWork() const;
+    std::vector<Value> runOnce(const std::shared_ptr<Prepared>& prepared, fb::ITransaction* transaction,
+                               const std::vector<Value>& params, std::int64_t* affected);
+
     fb::IAttachment* attachment_ = nullptr;
-    std::optional<fb::Transaction> reading_;
-    int openCursors_ = 0;
+    std::shared_ptr<Work> work_;
     StatementCache statements_{128};
     std::map<std::string, std::vector<std::string>> primaryKeys_;
     std::set<CursorUser*> cursorUsers_;
 };
 
-// An open cursor over a query's rows, in the connection's read transaction.
-// (So a selectable procedure that writes cannot be read through it.)
+// Whether a failure of a cached statement says the schema changed under it,
+// so that preparing it anew may help.
+bool outgrownBySchema(const Error& failure);
+
+// An open cursor over a query's rows, read in `transaction`. Blob columns
+// are not read: a fetched row holds their ids.
 class Cursor {
 public:
-    Cursor(ConnectionImpl& connection, const std::string& sql, const std::vector<Value>& params);
+    Cursor(ConnectionImpl& connection, fb::ITransaction* transaction, const std::string& sql,
+           const std::vector<Value>& params);
     ~Cursor() { close(); }
     Cursor(const Cursor&) = delete;
     Cursor& operator=(const Cursor&) = delete;
 
     const std::shared_ptr<const std::vector<Column>>& columns() const { return columns_; }
     bool returnsRows() const { return returnsRows_; }
-    // The next row; false at the end, where the cursor closes itself.
-    bool fetch(std::vector<Value>& row);
+    // The next row; false at the end, where the cursor closes itself. A blob
+    // field's value stays NULL and its id goes to `blobs` (which is left
+    // empty when the query has no blob column).
+    bool fetch(std::vector<Value>& row, std::vector<BlobId>& blobs);
     void close() noexcept;
 
 private:
+    void openCursor();
+
     ConnectionImpl* connection_;
     fb::IAttachment* attachment_;
     fb::ITransaction* transaction_;
     std::shared_ptr<Prepared> prepared_;
     std::shared_ptr<const std::vector<Column>> columns_;
     bool returnsRows_;
+    bool hasBlobs_ = false;
+    bool fetchedAny_ = false;
     std::string sql_;
+    std::vector<Value> params_;
     fb::IResultSet* resultSet_ = nullptr;
     std::vector<unsigned char> buffer_;
 };
 
-// Reads every row of a query at once.
+// Reads every row of a query at once, in a snapshot of its own (or in the
+// open unit of work). Blobs are read too.
 std::vector<std::vector<Value>> queryRows(ConnectionImpl& connection, const std::string& sql,
                                           const std::vector<Value>& params = {});
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <map>
 #include <optional>
 #include <unordered_map>
 
@@ -18,9 +19,12 @@ struct Row {
     enum class Status : unsigned char { stored, modified, inserted };
 
     std::vector<Value> values;
+    std::vector<detail::BlobId> blobs;  // per column, when the query has blobs: those not read yet
     Status status = Status::stored;
     std::vector<Value> stored;  // the row as stored, kept from its first change
     std::vector<bool> changed;  // fields that differ from the stored row (or were given on insert)
+
+    bool unread(std::size_t column) const { return !blobs.empty() && blobs[column].present; }
 };
 
 std::string upper(std::string_view text) {
@@ -30,9 +34,47 @@ std::string upper(std::string_view text) {
     return out;
 }
 
+// The segments of one blob, as a stream reads them.
+class BlobBuffer final : public std::streambuf {
+public:
+    BlobBuffer(fb::IAttachment* attachment, detail::ReadScope scope, detail::BlobId blob) : scope_(std::move(scope)) {
+        fb::Status status;
+        blob_.reset(fb::guarded({}, [&] { return attachment->openBlob(&status, scope_.get(), &blob.id, 0, nullptr); }));
+    }
+    ~BlobBuffer() override {
+        if (blob_) fb::endQuietly(blob_.release(), &fb::IBlob::close<fb::CheckStatusWrapper>);
+    }
+
+protected:
+    int_type underflow() override {
+        if (gptr() < egptr()) return traits_type::to_int_type(*gptr());
+        if (!blob_) return traits_type::eof();
+        fb::Status status;
+        unsigned length = 0;
+        const int result = fb::guarded({}, [&] {
+            return blob_->getSegment(&status, static_cast<unsigned>(chunk_.size()), chunk_.data(), &length);
+        });
+        if (result != fb::IStatus::RESULT_OK && result != fb::IStatus::RESULT_SEGMENT) return traits_type::eof();
+        setg(chunk_.data(), chunk_.data(), chunk_.data() + length);
+        return length == 0 ? underflow() : traits_type::to_int_type(*gptr());
+    }
+
+private:
+    detail::ReadScope scope_;  // keeps the transaction the blob is read in
+    fb::Ref<fb::IBlob> blob_;
+    std::vector<char> chunk_ = std::vector<char>(32768);
+};
+
 }  // namespace
 
-class DataSet::Impl final : public detail::CursorUser {
+BlobStream::BlobStream(std::unique_ptr<std::streambuf> buffer) : std::istream(buffer.get()), buffer_(std::move(buffer)) {}
+
+BlobStream::BlobStream(BlobStream&& other) noexcept
+    : std::istream(std::move(other)), buffer_(std::move(other.buffer_)) {
+    set_rdbuf(buffer_.get());
+}
+
+class DataSet::Impl final : public detail::CursorUser, public detail::WorkParticipant {
 public:
     explicit Impl(std::shared_ptr<detail::ConnectionImpl> owner) : connection(std::move(owner)) {}
     Impl(const Impl&) = delete;
@@ -41,27 +83,96 @@ public:
 
     void releaseCursor() noexcept override { close(); }
 
+    void transactionEnding(fb::ITransaction* transaction) noexcept override {
+        if (state == State::inactive || reading.get() != transaction) return;
+        // What is still to be read must be read before the transaction goes.
+        try {
+            fetchAll();
+            for (Row& row : rows)
+                for (std::size_t i = 0; i < row.blobs.size(); ++i)
+                    if (row.unread(i)) {
+                        row.values[i] = readBlobAt(row.blobs[i]);
+                        row.blobs[i].present = false;
+                    }
+        } catch (const std::exception& error) {
+            if (failure.empty()) failure = error.what();
+        }
+        reading = {};
+    }
+
+    void workStored() noexcept override {
+        savedRows.clear();
+        savedDeleted.clear();
+        joinedWork.reset();
+    }
+
+    void workDropped() noexcept override {
+        joinedWork.reset();
+        if (rows.size() != rowsAfterWrite) {
+            if (failure.empty())
+                failure = "the unit of work its changes went into was dropped after rows were added or deleted; "
+                          "open it again";
+        } else {
+            for (auto& [index, row] : savedRows) rows[index] = std::move(row);
+            deleted.insert(deleted.end(), savedDeleted.begin(), savedDeleted.end());
+        }
+        savedRows.clear();
+        savedDeleted.clear();
+    }
+
     void close() noexcept {
+        if (joinedWork) {
+            std::erase(joinedWork->participants, static_cast<detail::WorkParticipant*>(this));
+            joinedWork.reset();
+            savedRows.clear();
+            savedDeleted.clear();
+        }
         if (state == State::inactive) return;
         cursor.reset();
+        reading = {};
         connection->untrack(this);
         rows.clear();
         deleted.clear();
         buffer.clear();
+        failure.clear();
         position = 0;
         state = State::inactive;
     }
 
+    detail::PositionalSql checkedSql() const {
+        detail::PositionalSql positional = detail::toPositional(sql);
+        if (positional.unnamedMarkers > 0)
+            throw ArgumentError("the SQL text has a '?' marker; name its parameters as :NAME instead");
+        for (const auto& [name, value] : params) {
+            const bool used = std::any_of(positional.names.begin(), positional.names.end(),
+                                          [&](const std::string& n) { return upper(n) == name; });
+            if (!used) throw ArgumentError("the SQL text has no parameter :" + name);
+        }
+        for (const std::string& name : positional.names)
+            if (!params.count(upper(name))) throw ArgumentError("parameter :" + name + " is not set");
+        return positional;
+    }
+
     void open() {
         close();
-        const detail::PositionalSql positional = detail::toPositional(sql);
-        cursor = std::make_unique<detail::Cursor>(*connection, positional.sql, paramValues(positional));
+        const detail::PositionalSql positional = checkedSql();
+        reading = connection->beginRead();
+        try {
+            cursor = std::make_unique<detail::Cursor>(*connection, reading.get(), positional.sql,
+                                                      paramValues(positional));
+        } catch (...) {
+            reading = {};
+            throw;
+        }
         openedSql = positional.sql;
         if (!cursor->returnsRows()) {
             cursor.reset();
+            reading = {};
             throw Error("the statement returns no rows; run it with execute()", 0, sql);
         }
         columns = cursor->columns();
+        hasBlobs = std::any_of(columns->begin(), columns->end(),
+                               [](const detail::Column& c) { return c.sqlType == SQL_BLOB; });
         byName.clear();
         for (std::size_t i = columns->size(); i-- > 0;) byName[upper((*columns)[i].info.name)] = static_cast<int>(i);
         writable.reset();
@@ -72,22 +183,31 @@ public:
 
     std::vector<Value> paramValues(const detail::PositionalSql& positional) const {
         std::vector<Value> values;
-        for (const std::string& name : positional.names) {
-            const auto found = params.find(upper(name));
-            values.push_back(found == params.end() ? Value() : found->second);
-        }
+        for (const std::string& name : positional.names) values.push_back(params.at(upper(name)));
         return values;
     }
 
     // Fetches until row `index` is there or the rows are exhausted.
     void fetchUpTo(std::size_t index) {
         std::vector<Value> values;
+        std::vector<detail::BlobId> blobs;
         while (cursor && rows.size() <= index) {
-            if (!cursor->fetch(values)) {
+            bool fetched = false;
+            try {
+                fetched = cursor->fetch(values, blobs);
+            } catch (const std::exception& error) {
                 cursor.reset();
+                failure = error.what();
+                throw;
+            }
+            if (!fetched) {
+                cursor.reset();
+                // Rows without blobs need the snapshot no more; let it go
+                // rather than hold back the database's clean-up.
+                if (!hasBlobs) reading = {};
                 break;
             }
-            rows.push_back(Row{std::move(values), Row::Status::stored, {}, {}});
+            rows.push_back(Row{std::move(values), std::move(blobs), Row::Status::stored, {}, {}});
         }
     }
 
@@ -95,6 +215,16 @@ public:
 
     void checkOpen() const {
         if (state == State::inactive) throw Error("the data set is closed");
+        if (!failure.empty()) throw Error("the data set failed while reading its rows: " + failure, 0, sql);
+    }
+
+    Value readBlobAt(const detail::BlobId& blob) const {
+        if (!reading.get()) throw Error("the data set's rows were read in a transaction that has ended");
+        return detail::readBlob(blob, connection->attachment(), reading.get());
+    }
+
+    Value valueAt(const Row& row, std::size_t column) const {
+        return row.unread(column) ? readBlobAt(row.blobs[column]) : row.values[column];
     }
 
     // Leaves edit or insert mode as moving off the row does: by posting.
@@ -107,7 +237,8 @@ public:
 
     const detail::WritableTable& target() {
         if (!writable)
-            writable = detail::findWritableTable(*connection, *columns, connection->relationAliases(openedSql));
+            writable = detail::findWritableTable(*connection, openedSql, *columns,
+                                                 connection->relationAliases(openedSql));
         return *writable;
     }
 
@@ -124,11 +255,12 @@ public:
                     if (!bufferChanged[i]) continue;
                     row.values[i] = buffer[i];
                     row.changed[i] = true;
+                    if (!row.blobs.empty()) row.blobs[i].present = false;
                 }
             }
         } else if (state == State::insert) {
             rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(insertAt),
-                        Row{std::move(buffer), Row::Status::inserted, {}, bufferChanged});
+                        Row{std::move(buffer), {}, Row::Status::inserted, {}, bufferChanged});
             position = insertAt;
         }
         buffer.clear();
@@ -150,14 +282,10 @@ public:
                std::any_of(rows.begin(), rows.end(), [](const Row& row) { return row.status != Row::Status::stored; });
     }
 
-    void updateBatch() {
-        toBrowse();
-        if (!pending()) return;
-        // Rows still to be fetched would otherwise bring back the rows stored here.
-        fetchAll();
-        const detail::WritableTable& table = target();
-        fb::Transaction transaction(connection->attachment(), fb::Transaction::Kind::write);
-        detail::RowWriter writer(*connection, transaction, *columns, table);
+    // Writes every pending change in `transaction`; returns the inserted
+    // rows as stored, by their position.
+    std::vector<std::pair<std::size_t, std::vector<Value>>> write(fb::ITransaction* transaction) {
+        detail::RowWriter writer(*connection, transaction, *columns, target());
         for (const auto& stored : deleted) writer.remove(stored);
         std::vector<std::pair<std::size_t, std::vector<Value>>> inserted;
         for (std::size_t i = 0; i < rows.size(); ++i) {
@@ -165,8 +293,10 @@ public:
             if (row.status == Row::Status::modified) writer.update(row.stored, row.values, row.changed);
             if (row.status == Row::Status::inserted) inserted.emplace_back(i, writer.insert(row.values, row.changed));
         }
-        transaction.commit();
+        return inserted;
+    }
 
+    void markStored(std::vector<std::pair<std::size_t, std::vector<Value>>> inserted) {
         deleted.clear();
         for (Row& row : rows) {
             row.status = Row::Status::stored;
@@ -176,14 +306,43 @@ public:
         for (auto& [index, values] : inserted) rows[index].values = std::move(values);
     }
 
+    void updateBatch() {
+        toBrowse();
+        if (!pending()) return;
+        // Rows still to be fetched would otherwise bring back the rows stored here.
+        fetchAll();
+        target();
+        if (const auto& work = connection->work()) {
+            auto inserted = connection->inWork([&](fb::ITransaction* transaction) { return write(transaction); });
+            // Kept until the unit ends: dropped, the changes are pending again.
+            for (std::size_t i = 0; i < rows.size(); ++i)
+                if (rows[i].status != Row::Status::stored) savedRows.try_emplace(i, rows[i]);
+            savedDeleted.insert(savedDeleted.end(), deleted.begin(), deleted.end());
+            if (joinedWork != work) {
+                joinedWork = work;
+                work->participants.push_back(this);
+            }
+            markStored(std::move(inserted));
+            rowsAfterWrite = rows.size();
+            return;
+        }
+        fb::Transaction transaction(connection->attachment(), fb::Transaction::Kind::write);
+        auto inserted = write(transaction.get());
+        transaction.commit();
+        markStored(std::move(inserted));
+    }
+
     std::shared_ptr<detail::ConnectionImpl> connection;
     std::string sql;
     std::unordered_map<std::string, Value> params;  // by upper-cased name
     State state = State::inactive;
+    std::string failure;  // why fetching failed; empty while it has not
 
     std::string openedSql;                   // with '?' for its parameters
+    detail::ReadScope reading;               // while rows or blobs remain to be read
     std::unique_ptr<detail::Cursor> cursor;  // while rows remain to be fetched
     std::shared_ptr<const std::vector<detail::Column>> columns;
+    bool hasBlobs = false;
     std::unordered_map<std::string, int> byName;  // upper-cased name: first column of that name
     std::optional<detail::WritableTable> writable;
 
@@ -194,6 +353,12 @@ public:
     std::vector<Value> buffer;  // the row being edited or inserted
     std::vector<bool> bufferChanged;
     std::size_t insertAt = 0;
+
+    // Written in the open unit of work: the rows as they were before.
+    std::shared_ptr<detail::Work> joinedWork;
+    std::map<std::size_t, Row> savedRows;
+    std::vector<std::vector<Value>> savedDeleted;
+    std::size_t rowsAfterWrite = 0;
 };
 
 DataSet::DataSet(Connection& connection) {
@@ -222,6 +387,7 @@ DataSet& DataSet::operator=(DataSet&&) noexcept = default;
 void DataSet::setSql(std::string sql) {
     close();
     impl().sql = std::move(sql);
+    impl().params.clear();
 }
 
 const std::string& DataSet::sql() const { return impl().sql; }
@@ -238,7 +404,7 @@ DataSet::State DataSet::state() const { return impl_ ? impl_->state : State::ina
 
 std::int64_t DataSet::execute() {
     close();
-    const detail::PositionalSql positional = detail::toPositional(impl().sql);
+    const detail::PositionalSql positional = impl().checkedSql();
     return impl().connection->execute(positional.sql, impl().paramValues(positional));
 }
 
@@ -274,7 +440,7 @@ int DataSet::fieldCount() const {
 int DataSet::checkedIndex(int index) const {
     impl().checkOpen();
     if (index < 0 || index >= static_cast<int>(impl().columns->size()))
-        throw Error("the data set has no field " + std::to_string(index) + " (it has " +
+        throw ArgumentError("the data set has no field " + std::to_string(index) + " (it has " +
                     std::to_string(impl().columns->size()) + ")");
     return index;
 }
@@ -282,7 +448,7 @@ int DataSet::checkedIndex(int index) const {
 int DataSet::indexOf(std::string_view name) const {
     impl().checkOpen();
     const auto found = impl().byName.find(upper(name));
-    if (found == impl().byName.end()) throw Error("the data set has no field " + std::string(name));
+    if (found == impl().byName.end()) throw ArgumentError("the data set has no field " + std::string(name));
     return found->second;
 }
 
@@ -297,12 +463,12 @@ Field DataSet::field(int index) const { return Field(*this, checkedIndex(index))
 
 Field DataSet::field(std::string_view name) const { return Field(*this, indexOf(name)); }
 
-const Value& DataSet::currentValue(int index) const {
+Value DataSet::currentValue(int index) const {
     const Impl& impl = this->impl();
     checkedIndex(index);
     if (impl.state == State::edit || impl.state == State::insert) return impl.buffer[index];
     if (impl.eof()) throw Error("the data set has no current row");
-    return impl.rows[impl.position].values[index];
+    return impl.valueAt(impl.rows[impl.position], static_cast<std::size_t>(index));
 }
 
 bool DataSet::locate(std::string_view column, const Value& value) {
@@ -317,7 +483,7 @@ bool DataSet::locate(std::string_view column, const Value& value) {
     for (std::size_t i = 0;; ++i) {
         impl().fetchUpTo(i);
         if (i >= impl().rows.size()) return false;
-        if (impl().rows[i].values[index] == wanted) {
+        if (impl().valueAt(impl().rows[i], static_cast<std::size_t>(index)) == wanted) {
             impl().position = i;
             return true;
         }
@@ -329,7 +495,9 @@ void DataSet::edit() {
     if (impl().state == State::edit || impl().state == State::insert) return;
     if (impl().eof()) throw Error("the data set has no current row to edit");
     impl().target();
-    impl().buffer = impl().rows[impl().position].values;
+    const Row& row = impl().rows[impl().position];
+    impl().buffer.clear();
+    for (std::size_t i = 0; i < row.values.size(); ++i) impl().buffer.push_back(impl().valueAt(row, i));
     impl().bufferChanged.assign(impl().buffer.size(), false);
     impl().state = State::edit;
 }
@@ -385,7 +553,27 @@ bool DataSet::hasPendingChanges() const { return impl_ && impl_->state != State:
 
 const FieldInfo& Field::info() const { return dataSet_->fieldInfo(index_); }
 
-bool Field::isNull() const { return dataSet_->currentValue(index_).isNull(); }
+bool Field::isNull() const {
+    const DataSet::Impl& impl = dataSet_->impl();
+    dataSet_->checkedIndex(index_);
+    const bool browsing = impl.state == DataSet::State::browse && !impl.eof();
+    // An unread blob is there: no need to read it to say so.
+    if (browsing && impl.rows[impl.position].unread(static_cast<std::size_t>(index_))) return false;
+    return dataSet_->currentValue(index_).isNull();
+}
+
+BlobStream Field::blobStream() const {
+    const DataSet::Impl& impl = dataSet_->impl();
+    dataSet_->checkedIndex(index_);
+    const auto column = static_cast<std::size_t>(index_);
+    if (impl.state == DataSet::State::browse && !impl.eof() && impl.rows[impl.position].unread(column)) {
+        if (!impl.reading.get()) throw Error("the data set's rows were read in a transaction that has ended");
+        return BlobStream(std::make_unique<BlobBuffer>(impl.connection->attachment(), impl.reading,
+                                                       impl.rows[impl.position].blobs[column]));
+    }
+    auto text = std::make_unique<std::stringbuf>(value().asText());
+    return BlobStream(std::move(text));
+}
 
 Value Field::value() const { return dataSet_->currentValue(index_); }
 

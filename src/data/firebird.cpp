@@ -9,11 +9,25 @@
 
 namespace mxbook::db {
 
-Error::Error(const std::string& message, int sqlCode, std::string statement)
+Error::Error(const std::string& message, int sqlCode, std::string statement, std::vector<long> codes)
     : mxbook::Error(statement.empty() ? message : message + "\nStatement: " + statement),
       message_(message),
       sqlCode_(sqlCode),
-      statement_(std::move(statement)) {}
+      statement_(std::move(statement)),
+      codes_(std::move(codes)) {}
+
+bool Error::hasCode(long code) const noexcept {
+    for (long c : codes_)
+        if (c == code) return true;
+    return false;
+}
+
+ConflictError::ConflictError(const std::string& table, const std::string& key, std::string statement)
+    : Error("the row of " + table + " with " + key +
+                " was changed or deleted by another user since it was read; nothing of this batch was stored",
+            0, std::move(statement)),
+      table_(table),
+      key_(key) {}
 
 }  // namespace mxbook::db
 
@@ -60,18 +74,28 @@ void raise(const FbException& failure, std::string_view statement) {
     util()->formatStatus(text, sizeof text, status);
     std::string message = text;
     while (!message.empty() && (message.back() == '\n' || message.back() == ' ')) message.pop_back();
-    const int sqlCode = static_cast<int>(isc_sqlcode(status->getErrors()));
-    throw Error(message, sqlCode, std::string(statement));
+    const ISC_STATUS* vector = status->getErrors();
+    const int sqlCode = static_cast<int>(isc_sqlcode(vector));
+    // The vector is a list of (kind, value) items, a counted string taking
+    // one slot more; each isc_arg_gds value is an error code.
+    std::vector<long> codes;
+    for (const ISC_STATUS* at = vector; *at != isc_arg_end; at += at[0] == isc_arg_cstring ? 3 : 2)
+        if (at[0] == isc_arg_gds) codes.push_back(static_cast<long>(at[1]));
+    throw Error(message, sqlCode, std::string(statement), std::move(codes));
 }
 
 namespace {
 
-// Read committed, seeing the latest committed versions; writers wait up to
-// half a minute for a row another user holds instead of failing at once.
-constexpr unsigned char readTpb[] = {isc_tpb_version3, isc_tpb_read, isc_tpb_read_committed, isc_tpb_rec_version};
-constexpr unsigned char writeTpb[] = {isc_tpb_version3,      isc_tpb_write, isc_tpb_read_committed,
-                                      isc_tpb_rec_version,   isc_tpb_wait,  isc_tpb_lock_timeout,
-                                      1,                     30};
+// A reader sees the database as it was at one moment, so the rows of one
+// query agree with each other. A writer works on one moment too (its reads
+// see its own changes), and waits up to half a minute for a row another
+// user holds instead of failing at once; a row that another user changed
+// after that moment fails with an update conflict rather than being
+// overwritten.
+constexpr unsigned char readTpb[] = {isc_tpb_version3, isc_tpb_read, isc_tpb_concurrency};
+constexpr unsigned char writeTpb[] = {isc_tpb_version3, isc_tpb_write,        isc_tpb_concurrency,
+                                      isc_tpb_wait,     isc_tpb_lock_timeout, 1,
+                                      30};
 
 }  // namespace
 

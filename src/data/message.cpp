@@ -50,7 +50,7 @@ bool holdsText(FieldType type) {
 
 double powerOfTen(int exponent) { return std::pow(10.0, exponent); }
 
-std::string readBlob(ISC_QUAD id, fb::IAttachment* attachment, fb::ITransaction* transaction) {
+std::string readBlobContent(ISC_QUAD id, fb::IAttachment* attachment, fb::ITransaction* transaction) {
     fb::Status status;
     fb::IBlob* blob = attachment->openBlob(&status, transaction, &id, 0, nullptr);
     fb::Ref<fb::IBlob> owner(blob);
@@ -187,8 +187,7 @@ Value convertForField(const Value& value, FieldType type) {
     }
 }
 
-Value decode(const Column& column, const unsigned char* row, fb::IAttachment* attachment,
-             fb::ITransaction* transaction) {
+Value decode(const Column& column, const unsigned char* row) {
     if (load<short>(row + column.nullOffset) != 0) return Value();
     const unsigned char* at = row + column.offset;
     const auto scaledNumber = [&](std::int64_t number) -> Value {
@@ -216,18 +215,30 @@ Value decode(const Column& column, const unsigned char* row, fb::IAttachment* at
                              Time::fromTicks(stamp.timestamp_time)};
         }
         case SQL_BOOLEAN: return load<FB_BOOLEAN>(at) != FB_FALSE;
-        case SQL_BLOB:
-            return fb::guarded({}, [&] { return readBlob(load<ISC_QUAD>(at), attachment, transaction); });
+        case SQL_BLOB: throw Error("a blob field is read by its id");
         case SQL_NULL: return Value();
         default: throw Error("columns of SQL type " + std::to_string(column.sqlType) + " are not supported");
     }
 }
 
+BlobId decodeBlobId(const Column& column, const unsigned char* row) {
+    if (load<short>(row + column.nullOffset) != 0) return BlobId{};
+    return BlobId{load<ISC_QUAD>(row + column.offset), true};
+}
+
+Value readBlob(const BlobId& blob, fb::IAttachment* attachment, fb::ITransaction* transaction) {
+    if (!blob.present) return Value();
+    return fb::guarded({}, [&] { return readBlobContent(blob.id, attachment, transaction); });
+}
+
 InputMessage::InputMessage(fb::IMessageMetadata* metadata, const std::vector<Value>& values,
                            fb::IAttachment* attachment, fb::ITransaction* transaction)
     : metadata_(metadata) {
+    std::vector<Column> columns = metadata ? describe(metadata) : std::vector<Column>{};
+    if (values.size() != columns.size())
+        throw ArgumentError("the statement takes " + std::to_string(columns.size()) + " parameter(s), " +
+                            std::to_string(values.size()) + " given");
     if (!metadata) return;
-    std::vector<Column> columns = describe(metadata);
     std::vector<Value> converted(columns.size());
     bool widen = false;
     for (std::size_t i = 0; i < columns.size(); ++i) {

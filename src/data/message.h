@@ -28,9 +28,18 @@ std::vector<Column> describe(fb::IMessageMetadata* metadata);
 // empty text becomes NULL for a field that does not hold text.
 Value convertForField(const Value& value, FieldType type);
 
-// Reads one field of a fetched row. Blobs are read whole, in `transaction`.
-Value decode(const Column& column, const unsigned char* row, fb::IAttachment* attachment,
-             fb::ITransaction* transaction);
+// Reads one field of a fetched row; not a blob's (see decodeBlobId).
+Value decode(const Column& column, const unsigned char* row);
+
+// Where a blob field's content is kept; not present when the field is NULL.
+struct BlobId {
+    ISC_QUAD id{};
+    bool present = false;
+};
+BlobId decodeBlobId(const Column& column, const unsigned char* row);
+// A blob's whole content (empty for a blob id not present), read in segments
+// in `transaction`, which must be the one its id was read in.
+Value readBlob(const BlobId& blob, fb::IAttachment* attachment, fb::ITransaction* transaction);
 
 // The input message of one execution: values converted to the parameters'
 // types and laid out by their metadata; blobs are written in `transaction`.

@@ -7,15 +7,18 @@
 
 namespace mxbook::db::detail {
 
-WritableTable findWritableTable(ConnectionImpl& connection, const std::vector<Column>& columns,
-                                const std::vector<std::string>& relationAliases) {
+WritableTable findWritableTable(ConnectionImpl& connection, const std::string& sql,
+                                const std::vector<Column>& columns, const std::vector<std::string>& relationAliases) {
     if (columns.empty()) throw Error("the query has no columns to write back");
+    if (hasKeyword(sql, "union"))
+        throw Error("rows cannot be changed: the query is a UNION, whose rows cannot be told apart by table");
     WritableTable target{columns.front().info.table, {}};
     for (std::size_t i = 0; i < columns.size(); ++i) {
         const Column& column = columns[i];
         if (column.info.table.empty() || column.info.column.empty())
             throw Error("rows cannot be changed: column '" + column.info.name + "' is an expression");
-        if (column.info.table != target.table || relationAliases.at(i) != relationAliases.front())
+        if (column.info.table != target.table ||
+            (i < relationAliases.size() && relationAliases[i] != relationAliases.front()))
             throw Error("rows cannot be changed: the query reads more than one table");
     }
     const auto& key = connection.primaryKey(target.table);
@@ -33,19 +36,45 @@ WritableTable findWritableTable(ConnectionImpl& connection, const std::vector<Co
 
 std::string RowWriter::columnName(std::size_t index) const { return sqlName(columns_[index].info.column); }
 
-std::string RowWriter::keyCondition(const std::vector<Value>& stored, std::vector<Value>& params) const {
+std::string RowWriter::rowCondition(const std::vector<Value>& stored, const std::vector<bool>& compared,
+                                    std::vector<Value>& params) const {
     std::string condition;
+    std::set<std::string> named;
     for (std::size_t index : target_.keyColumns) {
         condition += (condition.empty() ? "" : " and ") + columnName(index) + " = ?";
         params.push_back(stored[index]);
+        named.insert(columnName(index));
+    }
+    for (std::size_t i = 0; i < stored.size(); ++i) {
+        const bool blob = columns_[i].sqlType == SQL_BLOB;
+        if (!compared[i] || blob || !named.insert(columnName(i)).second) continue;
+        condition += " and " + columnName(i) + " is not distinct from ?";
+        params.push_back(stored[i]);
     }
     return condition;
 }
 
+void RowWriter::runExpectingOneRow(const std::string& sql, const std::vector<Value>& params,
+                                   const std::vector<Value>& stored) {
+    std::string key;
+    for (std::size_t index : target_.keyColumns)
+        key += (key.empty() ? "" : ", ") + columns_[index].info.column + "=" + stored[index].asText();
+    std::int64_t affected = 0;
+    try {
+        connection_.run(transaction_, sql, params, &affected);
+    } catch (const Error& failure) {
+        // Another user stored a newer version of the row after this unit's moment.
+        if (failure.hasCode(isc_update_conflict)) throw ConflictError(target_.table, key, sql);
+        throw;
+    }
+    if (affected == 0) throw ConflictError(target_.table, key, sql);
+}
+
 void RowWriter::remove(const std::vector<Value>& stored) {
     std::vector<Value> params;
-    const std::string sql = "delete from " + sqlName(target_.table) + " where " + keyCondition(stored, params);
-    connection_.run(transaction_, sql, params);
+    const std::string sql = "delete from " + sqlName(target_.table) + " where " +
+                            rowCondition(stored, std::vector<bool>(stored.size(), true), params);
+    runExpectingOneRow(sql, params, stored);
 }
 
 void RowWriter::update(const std::vector<Value>& stored, const std::vector<Value>& values,
@@ -59,11 +88,9 @@ void RowWriter::update(const std::vector<Value>& stored, const std::vector<Value
         params.push_back(values[i]);
     }
     if (assignments.empty()) return;
-    const std::string sql =
-        "update " + sqlName(target_.table) + " set " + assignments + " where " + keyCondition(stored, params);
-    std::int64_t affected = 0;
-    connection_.run(transaction_, sql, params, &affected);
-    if (affected == 0) throw Error("the row to update is no longer in " + target_.table, 0, sql);
+    const std::string sql = "update " + sqlName(target_.table) + " set " + assignments + " where " +
+                            rowCondition(stored, changed, params);
+    runExpectingOneRow(sql, params, stored);
 }
 
 std::vector<Value> RowWriter::insert(const std::vector<Value>& values, const std::vector<bool>& assigned) {

@@ -110,6 +110,9 @@ PositionalSql toPositional(std::string_view sql) {
             result.names.emplace_back(sql.substr(at + 1, end - at - 1));
             result.sql += '?';
             at = end;
+        } else if (sql[at] == '?') {
+            ++result.unnamedMarkers;
+            result.sql += sql[at++];
         } else {
             result.sql += sql[at++];
         }
@@ -147,6 +150,23 @@ std::vector<std::string> splitScript(std::string_view script) {
         if (!isIsqlCommand(statement)) statements.push_back(statement);
     }
     return statements;
+}
+
+bool hasKeyword(std::string_view sql, std::string_view keyword) {
+    const std::string wanted = upperWords(keyword, 1);
+    for (std::size_t at = 0; at < sql.size();) {
+        if (const std::size_t length = skippable(sql, at)) {
+            at += length;
+        } else if (isNameStart(sql[at]) && (at == 0 || !isNameChar(sql[at - 1]))) {
+            std::size_t end = at;
+            while (end < sql.size() && isNameChar(sql[end])) ++end;
+            if (upperWords(sql.substr(at, end - at), 1) == wanted) return true;
+            at = end;
+        } else {
+            ++at;
+        }
+    }
+    return false;
 }
 
 bool isIdentifier(std::string_view name) {

@@ -12,6 +12,7 @@ namespace mxbook::db::detail {
 struct PositionalSql {
     std::string sql;
     std::vector<std::string> names;  // one per marker, in order
+    std::size_t unnamedMarkers = 0;  // "?" already in the text
 };
 PositionalSql toPositional(std::string_view sql);
 
@@ -20,6 +21,10 @@ PositionalSql toPositional(std::string_view sql);
 // NAMES, ...) and COMMIT or ROLLBACK are left out, as each statement is
 // committed on its own.
 std::vector<std::string> splitScript(std::string_view script);
+
+// Whether the statement has the keyword as a word of its own, outside
+// literals, quoted names and comments (compared without regard to case).
+bool hasKeyword(std::string_view sql, std::string_view keyword);
 
 // A stored name (a table's, a column's) for SQL text, in double quotes: the
 // exact name, whatever its case, even where it is a reserved word.

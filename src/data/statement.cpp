@@ -84,6 +84,13 @@ std::shared_ptr<Prepared> StatementCache::acquire(fb::IAttachment* attachment, f
     return prepared;
 }
 
+void StatementCache::forget(const std::string& sql) {
+    const auto found = bySql_.find(sql);
+    if (found == bySql_.end()) return;
+    entries_.erase(found->second);
+    bySql_.erase(found);
+}
+
 void StatementCache::clear() {
     bySql_.clear();
     entries_.clear();

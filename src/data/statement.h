@@ -61,6 +61,8 @@ public:
 
     std::shared_ptr<Prepared> acquire(fb::IAttachment* attachment, fb::ITransaction* transaction,
                                       const std::string& sql);
+    // Drops the statement of that text, so that it is prepared anew.
+    void forget(const std::string& sql);
     void clear();
 
 private:

@@ -62,11 +62,16 @@ void createDatabase(db::Connection& connection, Database database, const std::st
     try {
         createTables(connection, database);
     } catch (...) {
-        // A half-built database is worse than none: the next attempt starts clean.
-        connection.close();
-        if (isLocalFile(location)) {
-            std::error_code ignored;
-            std::filesystem::remove(location, ignored);
+        // A half-built database is worse than none: the next attempt starts
+        // clean. Dropping it through the attachment works on a server too.
+        try {
+            connection.dropDatabase();
+        } catch (const Error&) {
+            connection.close();
+            if (isLocalFile(location)) {
+                std::error_code ignored;
+                std::filesystem::remove(location, ignored);
+            }
         }
         throw;
     }

@@ -41,6 +41,45 @@ TEST_F(BatchTest, DroppedUncommittedOnDestructionAndOnFailure) {
     EXPECT_EQ(sampleRows(), 4);
 }
 
+TEST_F(BatchTest, AFailureCaughtByTheCallerStillFailsTheBatch) {
+    Batch batch(connection());
+    batch.execute(insertSample, {Value(10), Value("a"), Value(1)});
+    EXPECT_THROW(batch.execute(insertSample, {Value(1), Value("dup"), Value(3)}), Error);
+    EXPECT_THROW(batch.execute(insertSample, {Value(11), Value("b"), Value(2)}), Error);
+    EXPECT_THROW(batch.commit(), Error);
+    EXPECT_EQ(sampleRows(), 4);
+
+    batch.rollback();  // and the batch starts afresh
+    batch.execute(insertSample, {Value(12), Value("c"), Value(3)});
+    batch.commit();
+    EXPECT_EQ(sampleRows(), 5);
+}
+
+TEST_F(BatchTest, ValuesMustMatchTheMarkers) {
+    for (const std::vector<Value>& values : {std::vector<Value>{Value(10), Value("a")},
+                                             std::vector<Value>{Value(10), Value("a"), Value(1), Value(2)}}) {
+        Batch batch(connection());
+        EXPECT_THROW(batch.execute(insertSample, values), ArgumentError);
+        EXPECT_THROW(batch.commit(), Error);
+    }
+    EXPECT_EQ(sampleRows(), 4);
+}
+
+TEST_F(BatchTest, DataSetsOnTheSameConnectionJoinItInsteadOfWaiting) {
+    Batch batch(connection());
+    batch.execute("update SAMPLE set COUNTER = 11 where ID = 1");
+    DataSet rows(connection(), "select * from SAMPLE where ID = 1");
+    rows.open();
+    EXPECT_EQ(rows.field("COUNTER").asInt(), 11);  // it reads what the batch wrote
+    rows.edit();
+    rows.setValue("NAME", "Ремфонд");
+    rows.updateBatch();
+    EXPECT_EQ(connection().execute("update SAMPLE set COUNTER = COUNTER + 1 where ID = 1"), 1);
+    EXPECT_EQ(scalar("select COUNTER from SAMPLE where ID = 1").asInt(), 10);
+    batch.commit();
+    EXPECT_EQ(scalar("select NAME || COUNTER from SAMPLE where ID = 1").asText(), "Ремфонд12");
+}
+
 TEST_F(BatchTest, GoesOnAfterCommit) {
     Batch batch(connection());
     batch.execute(insertSample, {Value(10), Value("a"), Value(1)});

@@ -131,6 +131,42 @@ TEST_F(ConnectionTest, MetadataChangesSeeNoStaleStatements) {
     EXPECT_THROW(columnsOf("select * from NO_KEY"), Error);
 }
 
+TEST_F(ConnectionTest, AnotherConnectionsSchemaChangesReachCachedStatements) {
+    const auto read = [&](const char* sql) {
+        DataSet rows(connection(), sql);
+        rows.open();
+        std::string text;
+        for (int i = 0; i < rows.fieldCount(); ++i) text += rows.field(i).asText() + ";";
+        return text;
+    };
+    connection().execute("insert into NO_KEY (A, B) values (1, 'короткий')");
+    EXPECT_EQ(read("select * from NO_KEY"), "1;короткий;");
+    {
+        Connection other = openAnother();
+        other.execute("alter table NO_KEY alter B type varchar(30)");
+        other.execute("update NO_KEY set B = 'гораздо более длинный'");
+    }
+    EXPECT_EQ(read("select * from NO_KEY"), "1;гораздо более длинный;");  // widened: no truncation
+
+    {
+        Connection other = openAnother();
+        other.execute("alter table NO_KEY drop A");
+    }
+    connection().forgetStatements();  // a dropped column is not reported: the upgrade says so
+    EXPECT_EQ(read("select * from NO_KEY"), "гораздо более длинный;");
+}
+
+TEST_F(ConnectionTest, AutoCommitOffIsRefusedNotIgnored) {
+    Connection other(testing::connectionStringFor(databasePath()) + ";auto_commit=False");
+    try {
+        other.open();
+        FAIL() << "opened";
+    } catch (const Error& error) {
+        EXPECT_NE(std::string(error.what()).find("auto_commit"), std::string::npos) << error.what();
+    }
+    EXPECT_FALSE(other.isOpen());
+}
+
 TEST_F(ConnectionTest, ClosingTheConnectionClosesItsDataSets) {
     DataSet rows(connection(), "select * from SAMPLE order by ID");
     rows.open();

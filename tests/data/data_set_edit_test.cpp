@@ -158,19 +158,67 @@ TEST_F(DataSetEditTest, FailedBatchStoresNothingAndKeepsTheChanges) {
     EXPECT_EQ(namesInDatabase(), "Первый;Второй;Ремонт;Рекламация;");
 }
 
-TEST_F(DataSetEditTest, RowDeletedByAnotherUserIsNotSilentlyLost) {
-    DataSet rows(connection(), "select * from SAMPLE where ID = 3");
-    rows.open();
-    openAnother().execute("delete from SAMPLE where ID = 3");
-    rows.edit();
-    rows.setValue("COUNTER", 31);
-    try {
-        rows.updateBatch();
-        FAIL() << "stored";
-    } catch (const Error& error) {
-        EXPECT_NE(std::string(error.what()).find("no longer"), std::string::npos) << error.what();
+TEST_F(DataSetEditTest, RowChangedOrDeletedSinceReadingIsAConflictNotOverwritten) {
+    Connection other = openAnother();
+    const struct {
+        const char* meanwhile;  // by another user
+        bool remove;            // what this data set then does to row 3
+    } cases[] = {
+        {"delete from SAMPLE where ID = 3", false},
+        {"delete from SAMPLE where ID = 3", true},
+        {"update SAMPLE set COUNTER = 35 where ID = 3", false},  // a lost update otherwise
+        {"update SAMPLE set NAME = 'Склад' where ID = 3", true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.meanwhile);
+        connection().execute("update or insert into SAMPLE (ID, NAME, COUNTER) values (3, 'Ремонт', 30)");
+        DataSet rows(connection(), "select * from SAMPLE where ID >= 3 order by ID");
+        rows.open();
+        other.execute(c.meanwhile);
+        rows.next();
+        rows.remove();  // row 4: stored only with row 3
+        rows.first();
+        if (c.remove) {
+            rows.remove();
+        } else {
+            rows.edit();
+            rows.setValue("COUNTER", 31);
+        }
+        try {
+            rows.updateBatch();
+            FAIL() << "stored";
+        } catch (const ConflictError& error) {
+            EXPECT_EQ(error.table(), "SAMPLE");
+            EXPECT_EQ(error.key(), "ID=3");
+        }
+        EXPECT_TRUE(rows.hasPendingChanges());
+        EXPECT_EQ(scalar("select count(*) from SAMPLE where ID = 4").asInt(), 1);
+        connection().execute("update or insert into SAMPLE (ID, NAME, COUNTER) values (4, 'Рекламация', 40)");
     }
-    EXPECT_TRUE(rows.hasPendingChanges());
+}
+
+TEST_F(DataSetEditTest, TwoDataSetsOnOneConnectionDoNotOverwriteEachOther) {
+    DataSet first(connection(), "select * from SAMPLE where ID = 2");
+    DataSet second(connection(), "select * from SAMPLE where ID = 2");
+    first.open();
+    second.open();
+    first.edit();
+    first.setValue("COUNTER", 21);
+    first.updateBatch();
+    second.edit();
+    second.setValue("COUNTER", 22);
+    EXPECT_THROW(second.updateBatch(), ConflictError);
+    EXPECT_EQ(scalar("select COUNTER from SAMPLE where ID = 2").asInt(), 21);
+}
+
+TEST_F(DataSetEditTest, AUnionIsNotEditable) {
+    DataSet rows(connection(), "select ID, NAME from SAMPLE where ID = 1 union all select ID, NAME from AUTO_ID");
+    connection().execute("insert into AUTO_ID (ID, NAME) values (2, 'b')");
+    rows.open();
+    rows.next();  // AUTO_ID's row, which Firebird labels SAMPLE's
+    EXPECT_THROW(rows.edit(), Error);
+    EXPECT_THROW(rows.remove(), Error);
+    EXPECT_EQ(scalar("select NAME from SAMPLE where ID = 2").asText(), "Ремфонд");
 }
 
 TEST_F(DataSetEditTest, CancelDropsTheEdit) {
@@ -297,7 +345,7 @@ TEST_F(DataSetEditTest, SettingOutsideEditModeOrWithBadTextFails) {
     rows.edit();
     EXPECT_THROW(rows.setValue("COUNTER", "12:30"), ConversionError);
     EXPECT_THROW(rows.setValue("MADE", "31.02.2024"), ConversionError);
-    EXPECT_THROW(rows.setValue(99, 1), Error);
+    EXPECT_THROW(rows.setValue(99, 1), ArgumentError);
     rows.post();
     EXPECT_FALSE(rows.hasPendingChanges());
 }

@@ -69,8 +69,8 @@ TEST_F(DataSetTest, FieldsByNameIgnoreCase) {
     EXPECT_EQ(rows.field("Location_Name").asText(), "Ремфонд");
     EXPECT_EQ(rows.fieldInfo(1).column, "NAME");
     EXPECT_EQ(rows.fieldInfo(1).table, "SAMPLE");
-    EXPECT_THROW(rows.field("MISSING"), Error);
-    EXPECT_THROW(rows.field(2), Error);
+    EXPECT_THROW(rows.field("MISSING"), ArgumentError);
+    EXPECT_THROW(rows.field(2), ArgumentError);
     EXPECT_EQ(rows.fieldCount(), 2);
 }
 
@@ -136,10 +136,59 @@ TEST_F(DataSetTest, NamedParametersBindByNameAndType) {
     EXPECT_THROW(rows.open(), ConversionError);
 }
 
-TEST_F(DataSetTest, UnsetParameterIsNull) {
+TEST_F(DataSetTest, ParameterMistakesAreNamed) {
+    const struct {
+        const char* sql;
+        const char* param;  // set to NULL when given
+        const char* named;  // in the message
+    } cases[] = {
+        {"select count(*) from SAMPLE where ID = :pID", nullptr, "pID"},             // left unset
+        {"select count(*) from SAMPLE where ID = :pID", "pIDX", "PIDX"},             // not in the text
+        {"select count(*) from SAMPLE where ID = ?", nullptr, "?"},                  // unnamed marker
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.sql);
+        DataSet rows(connection(), c.sql);
+        if (c.param) rows.setParam(c.param, Value());
+        try {
+            rows.open();
+            FAIL() << "opened";
+        } catch (const ArgumentError& error) {
+            EXPECT_NE(std::string(error.what()).find(c.named), std::string::npos) << error.what();
+        }
+        EXPECT_THROW(rows.execute(), ArgumentError);
+    }
     DataSet rows(connection(), "select count(*) from SAMPLE where :pNOTHING is null");
+    rows.setParam("pNothing", Value());
     rows.open();
     EXPECT_EQ(rows.field(0).asInt(), 4);
+}
+
+TEST_F(DataSetTest, AFailedFetchLeavesTheDataSetFailedNotAtItsEnd) {
+    DataSet rows(connection(), "select 12 / (ID - 3) from SAMPLE order by ID");
+    rows.open();
+    rows.next();
+    EXPECT_THROW(rows.next(), Error);  // row 3 divides by zero
+    EXPECT_THROW(rows.eof(), Error);
+    EXPECT_THROW(rows.field(0).asInt(), Error);
+    rows.close();
+    rows.setSql("select count(*) from SAMPLE");
+    rows.open();
+    EXPECT_EQ(rows.field(0).asInt(), 4);
+}
+
+TEST_F(DataSetTest, RowsOfOneQueryComeFromOneMoment) {
+    // 2,000 rows of 10; another user moves 50 from the last row to the first
+    // while the first half has been read: the total must stay what it was.
+    connection().execute("execute block as declare i integer = 10; begin while (i < 2010) do begin "
+                         "insert into SAMPLE (ID, COUNTER) values (:i, 10); i = i + 1; end end");
+    DataSet rows(connection(), "select ID, COUNTER from SAMPLE where ID >= 10 order by ID");
+    rows.open();
+    long total = 0;
+    for (int i = 0; i < 1000; ++i, rows.next()) total += rows.field("COUNTER").asInt();
+    openAnother().execute("update SAMPLE set COUNTER = COUNTER + iif(ID = 10, 50, -50) where ID in (10, 2009)");
+    for (; !rows.eof(); rows.next()) total += rows.field("COUNTER").asInt();
+    EXPECT_EQ(total, 20000);
 }
 
 TEST_F(DataSetTest, TextParametersTakeTheirColumnsLength) {
@@ -184,7 +233,7 @@ TEST_F(DataSetTest, BlobStreamGivesTheWholeContent) {
     DataSet reader(connection(), "select NOTE, DATA from SAMPLE where ID = :pID");
     reader.setParam("pID", 1);
     reader.open();
-    std::istringstream data = reader.field("DATA").blobStream();
+    BlobStream data = reader.field("DATA").blobStream();
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(data), {}), binary);
     EXPECT_EQ(reader.field("NOTE").asText(), text);
     EXPECT_EQ(scalar("select char_length(NOTE) from SAMPLE where ID = 1").asInt(), 5000 * 14);
@@ -202,7 +251,7 @@ TEST_F(DataSetTest, LocateFindsTheExactValue) {
     EXPECT_FALSE(rows.locate("COUNTER", "много"));
     EXPECT_TRUE(rows.locate("MADE", Value()));  // NULL finds NULL
     EXPECT_EQ(rows.field("ID").asInt(), 1);
-    EXPECT_THROW(rows.locate("NO_SUCH", 1), Error);
+    EXPECT_THROW(rows.locate("NO_SUCH", 1), ArgumentError);
 }
 
 TEST_F(DataSetTest, ScaledAndSingleNumbersReadAsTheirDecimals) {

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <istream>
 #include <memory>
-#include <sstream>
+#include <streambuf>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,19 @@
 namespace mxbook::db {
 
 class DataSet;
+
+// A blob field's content as a stream of bytes, read from the database in
+// segments as it is consumed. It reads in the data set's snapshot, so it
+// shows the blob as the row was read even after the data set moves on.
+class BlobStream : public std::istream {
+public:
+    explicit BlobStream(std::unique_ptr<std::streambuf> buffer);
+    BlobStream(BlobStream&& other) noexcept;
+    BlobStream& operator=(BlobStream&&) = delete;
+
+private:
+    std::unique_ptr<std::streambuf> buffer_;
+};
 
 // A field of the data set's current row. It reads the row at the moment it
 // is asked, so one Field follows the data set as it moves.
@@ -32,8 +46,9 @@ public:
     Time asTime() const { return value().asTime(); }
     Timestamp asTimestamp() const { return value().asTimestamp(); }
     bool asBool() const { return value().asBool(); }
-    // The field's content as a stream of bytes (a blob's, or the text's).
-    std::istringstream blobStream() const { return std::istringstream(value().asText()); }
+    // The field's content as a stream of bytes (a blob's, or the text's); a
+    // blob is read as the stream is consumed, not held whole.
+    BlobStream blobStream() const;
 
 private:
     friend class DataSet;
@@ -44,11 +59,22 @@ private:
 
 // The rows of one query on a connection, with a current row.
 //
-// Rows are fetched as the data set moves (recordCount() fetches them all).
+// Rows are fetched as the data set moves (recordCount() fetches them all),
+// all from one snapshot of the database taken when it opens, so that they
+// agree with each other whatever other users commit meanwhile (in an open
+// UnitOfWork they are read in the unit's own transaction instead). A blob
+// field is read only when it is asked for.
+//
 // The rows of a query on one table that carries a primary key (as
 // "Select * From T") can be changed: edit() or insert(), setValue(), post().
 // Posted changes and deletions are pending until updateBatch() stores them
-// all in one transaction; close() and destruction drop what is still pending.
+// all in one transaction (or in the open unit of work); close() and
+// destruction drop what is still pending. A row is changed or deleted only
+// while it is still as it was read; otherwise updateBatch() raises
+// ConflictError and stores nothing.
+//
+// After a failure to fetch rows the data set is failed: every call but
+// close() raises, until it is opened again.
 class DataSet {
 public:
     enum class State { inactive, browse, edit, insert };
@@ -68,7 +94,10 @@ public:
     void setSql(std::string sql);
     const std::string& sql() const;
     // The value of parameter ":name" in the SQL text (name given without ':',
-    // matched without regard to case). Parameters never set are NULL.
+    // matched without regard to case); Value() for NULL. open() and
+    // execute() raise ArgumentError for a parameter the text does not have,
+    // for one of the text's parameters left unset, and for a '?' in the
+    // text. setSql() forgets the values.
     void setParam(std::string_view name, Value value);
 
     void open();
@@ -87,7 +116,7 @@ public:
     int fieldCount() const;
     const FieldInfo& fieldInfo(int index) const;
     bool hasField(std::string_view name) const;
-    // Throws db::Error when there is no such field.
+    // Throws ArgumentError when there is no such field.
     Field field(int index) const;
     Field field(std::string_view name) const;
 
@@ -108,8 +137,10 @@ public:
     void cancel();
     // Deletes the current row; the next one becomes current.
     void remove();
-    // Stores every pending change in one transaction. On failure nothing is
-    // stored and the changes stay pending.
+    // Stores every pending change in one transaction, or in the open unit
+    // of work. On failure nothing is stored and the changes stay pending;
+    // they are pending again too when the unit of work they went into is
+    // dropped.
     void updateBatch();
     bool hasPendingChanges() const;
 
@@ -118,7 +149,7 @@ private:
     friend class Field;
     class Impl;
     Impl& impl() const;
-    const Value& currentValue(int index) const;
+    Value currentValue(int index) const;
     int checkedIndex(int index) const;
     int indexOf(std::string_view name) const;
 
