@@ -156,6 +156,19 @@ TEST_F(ConnectionTest, AnotherConnectionsSchemaChangesReachCachedStatements) {
     EXPECT_EQ(read("select * from NO_KEY"), "гораздо более длинный;");
 }
 
+TEST_F(ConnectionTest, DroppingRemovesTheDatabaseThroughItsAttachment) {
+    const auto location = folder() / "dropped.fdb";
+    Connection created;
+    created.create(testing::connectionStringFor(location));
+    created.execute("create table T (A integer)");
+    DataSet rows(created, "select * from T");
+    rows.open();
+    created.dropDatabase();
+    EXPECT_FALSE(created.isOpen());
+    EXPECT_FALSE(rows.isOpen());
+    EXPECT_FALSE(std::filesystem::exists(location));
+}
+
 TEST_F(ConnectionTest, AutoCommitOffIsRefusedNotIgnored) {
     Connection other(testing::connectionStringFor(databasePath()) + ";auto_commit=False");
     try {
