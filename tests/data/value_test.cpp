@@ -1,10 +1,20 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <optional>
+
 #include "fake_host.h"
+#include "mxbook/data/decimal.h"
 #include "mxbook/data/value.h"
 #include "mxbook/error.h"
 
 namespace mxbook::db {
+
+// Found by GoogleTest beside the type, for readable failures.
+void PrintTo(const Decimal& decimal, std::ostream* out) { *out << decimal.text(".") << " at scale " << decimal.scale; }
+
 namespace {
 
 class ValueTest : public ::testing::Test {
@@ -81,6 +91,50 @@ TEST_F(ValueTest, NumbersAndSerialDates) {
     EXPECT_THROW(Value(std::int64_t{3000000000}).asDate(), ConversionError);
     EXPECT_THROW(Value(std::uint64_t{18446744073709551615u}), ConversionError);
     EXPECT_EQ(Value(std::size_t{7}).asInt(), 7);
+}
+
+constexpr std::int64_t int64Max = std::numeric_limits<std::int64_t>::max();
+
+TEST(Decimal, TextRoundsHalfAwayFromZeroToTheScale) {
+    // The digit after the last kept one decides; the digits past it never do.
+    const struct {
+        const char* text;
+        int scale;
+        std::optional<std::int64_t> scaled;
+    } cases[] = {
+        {"1,005", 2, 101},
+        {"0,285", 2, 29},
+        {"-0,285", 2, -29},
+        {"0,2849999999999999999999", 2, 28},  // no second rounding through 0,285
+        {"-0,004", 2, 0},
+        {"999,995", 2, 100000},
+        {" +0.125 ", 2, 13},  // '.' is read as well as the user's separator
+        {"1,5e2", 0, 150},
+        {"25e-3", 2, 3},
+        {"7", 4, 70000},
+        {"92233720368547758,07", 2, int64Max},
+        {"92233720368547758,08", 2, std::nullopt},
+        {"1e19", 0, std::nullopt},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        const std::optional<Decimal> expected = c.scaled ? std::optional(Decimal{*c.scaled, c.scale}) : std::nullopt;
+        EXPECT_EQ(Decimal::parse(c.text, ",", c.scale), expected);
+    }
+    for (const char* malformed : {"", "-", "abc", "1,2,3", "1e", "+-1", "1 000", ",e1"}) {
+        SCOPED_TRACE(malformed);
+        EXPECT_THROW(Decimal::parse(malformed, ",", 2), ConversionError);
+    }
+}
+
+TEST(Decimal, DoublesRoundAsTheirShortestText) {
+    // 1.005 is 1.00499999999999989... in binary, 2.675 is 2.67499999999999982...
+    EXPECT_EQ(Decimal::fromDouble(1.005, 2), (Decimal{101, 2}));
+    EXPECT_EQ(Decimal::fromDouble(2.675, 2), (Decimal{268, 2}));
+    EXPECT_EQ(Decimal::fromDouble(-0.285, 2), (Decimal{-29, 2}));
+    EXPECT_EQ(Decimal::fromDouble(1e17, 2), std::nullopt);
+    EXPECT_THROW(Decimal::fromDouble(std::nan(""), 2), ConversionError);
+    EXPECT_THROW(Decimal::fromDouble(-HUGE_VAL, 2), ConversionError);
 }
 
 TEST(Quoted, DoublesApostrophes) {
