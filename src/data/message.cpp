@@ -4,8 +4,10 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <optional>
 
 #include "mxbook/error.h"
+#include "mxbook/host.h"
 #include "mxbook/text.h"
 
 namespace mxbook::db::detail {
@@ -48,8 +50,6 @@ bool holdsText(FieldType type) {
     return type == FieldType::text || type == FieldType::blob || type == FieldType::textBlob;
 }
 
-double powerOfTen(int exponent) { return std::pow(10.0, exponent); }
-
 std::string readBlob(ISC_QUAD id, fb::IAttachment* attachment, fb::ITransaction* transaction) {
     fb::Status status;
     fb::IBlob* blob = attachment->openBlob(&status, transaction, &id, 0, nullptr);
@@ -89,12 +89,21 @@ T checkedInteger(const Value& value, std::int64_t number) {
     return static_cast<T>(number);
 }
 
-// A NUMERIC(p, s) value as the integer Firebird keeps: value * 10^s.
+// A value as the integer Firebird keeps for a column of `scale` (negative:
+// that many digits after the point), rounded once, half away from zero, the
+// way Firebird converts; texts and doubles go there digit by digit.
 std::int64_t scaledInteger(const Value& value, int scale) {
-    if (scale == 0) return value.asInt64();
-    const double scaled = value.asDouble() * powerOfTen(-scale);
-    if (!std::isfinite(scaled) || std::fabs(scaled) >= 9.2e18) outOfRange(value);
-    return std::llround(scaled);
+    const int digits = -scale;
+    std::optional<Decimal> scaled;
+    switch (value.kind()) {
+        case ValueKind::text:
+            scaled = Decimal::parse(value.asText(), host().formatSettings().decimalSeparator, digits);
+            break;
+        case ValueKind::floating: scaled = Decimal::fromDouble(value.asDouble(), digits); break;
+        default: scaled = value.asDecimal().rescaled(digits);
+    }
+    if (!scaled) outOfRange(value);
+    return scaled->scaled;
 }
 
 float checkedFloat(const Value& value) {
@@ -147,6 +156,21 @@ void encode(const Column& column, const Value& value, unsigned char* message, fb
     }
 }
 
+// A value for a NUMERIC field as the decimal it is. A text or double with
+// more digits than 64 bits hold stays as it is, for encode() to round once to
+// the column's scale; rounding here too could round twice (0,0049999...9 to
+// 0,005 and then to 0,01).
+Value exactDecimal(const Value& value) {
+    const FormatSettings& settings = host().formatSettings();
+    std::optional<Decimal> exact;
+    switch (value.kind()) {
+        case ValueKind::text: exact = Decimal::parseExact(value.asText(settings), settings.decimalSeparator); break;
+        case ValueKind::floating: exact = Decimal::fromDoubleExact(value.asDouble()); break;
+        default: return value.asDecimal();
+    }
+    return exact ? Value(*exact) : value;
+}
+
 }  // namespace
 
 std::vector<Column> describe(fb::IMessageMetadata* metadata) {
@@ -178,7 +202,8 @@ Value convertForField(const Value& value, FieldType type) {
     if (value.kind() == ValueKind::text && trim(value.asText()).empty()) return Value();
     switch (type) {
         case FieldType::integer: return value.asInt64();
-        case FieldType::numeric: case FieldType::floating: return value.asDouble();
+        case FieldType::numeric: return exactDecimal(value);
+        case FieldType::floating: return value.asDouble();
         case FieldType::date: return value.asDate();
         case FieldType::time: return value.asTime();
         case FieldType::timestamp: return value.asTimestamp();
@@ -193,7 +218,7 @@ Value decode(const Column& column, const unsigned char* row, fb::IAttachment* at
     const unsigned char* at = row + column.offset;
     const auto scaledNumber = [&](std::int64_t number) -> Value {
         if (column.scale == 0) return number;
-        return static_cast<double>(number) / powerOfTen(-column.scale);  // exact for a power of ten
+        return Decimal{number, -column.scale};
     };
     switch (column.sqlType) {
         case SQL_VARYING:

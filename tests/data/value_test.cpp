@@ -137,6 +137,39 @@ TEST(Decimal, DoublesRoundAsTheirShortestText) {
     EXPECT_THROW(Decimal::fromDouble(-HUGE_VAL, 2), ConversionError);
 }
 
+TEST_F(ValueTest, DecimalsReadAsAUserExpects) {
+    const struct {
+        Decimal decimal;
+        const char* text;
+        std::int64_t whole;
+        double number;
+    } cases[] = {
+        {{-29, 2}, "-0,29", 0, -0.29},
+        {{1250, 2}, "12,5", 13, 12.5},
+        {{-250, 2}, "-2,5", -3, -2.5},
+        {{1200, 2}, "12", 12, 12.0},
+        {{5, 3}, "0,005", 0, 0.005},
+        {{123456789012345678, 6}, "123456789012,345678", 123456789012, 123456789012.345678},
+        {{std::numeric_limits<std::int64_t>::min(), 18}, "-9,223372036854775808", -9, -9.223372036854775808},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        const Value value(c.decimal);
+        EXPECT_EQ(value.kind(), ValueKind::decimal);
+        EXPECT_EQ(value.asText(), c.text);
+        EXPECT_EQ(value.asInt64(), c.whole);
+        EXPECT_EQ(value.asDouble(), c.number);
+        EXPECT_EQ(value.asBool(), c.decimal.scaled != 0);
+    }
+    EXPECT_EQ(Value(Decimal{1250, 2}), Value(Decimal{125, 1}));
+    EXPECT_NE(Value(Decimal{int64Max, 0}), Value(Decimal{int64Max, 1}));
+    EXPECT_NE(Value(Decimal{125, 1}), Value(12.5));
+    EXPECT_EQ(Value("12,50").asDecimal(), (Decimal{125, 1}));
+    EXPECT_EQ(Value(0.1).asDecimal(), (Decimal{1, 1}));
+    EXPECT_THROW(Value("0,1234567890123456789").asDecimal(), ConversionError);  // 19 digits after the point
+    EXPECT_THROW(Value(Decimal{1, 19}), ArgumentError);
+}
+
 TEST(Quoted, DoublesApostrophes) {
     EXPECT_EQ(quoted("RA-22451"), "'RA-22451'");
     EXPECT_EQ(quoted("O'Neil"), "'O''Neil'");
