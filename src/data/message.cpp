@@ -106,6 +106,14 @@ std::int64_t scaledInteger(const Value& value, int scale) {
     return scaled->scaled;
 }
 
+// NaN and infinities are refused: stored, they break every later query that
+// compares or sums the column.
+double checkedDouble(const Value& value) {
+    const double number = value.asDouble();
+    if (!std::isfinite(number)) outOfRange(value);
+    return number;
+}
+
 float checkedFloat(const Value& value) {
     const double number = value.asDouble();
     if (!(std::fabs(number) <= static_cast<double>(std::numeric_limits<float>::max()))) outOfRange(value);
@@ -141,7 +149,7 @@ void encode(const Column& column, const Value& value, unsigned char* message, fb
         case SQL_LONG: store(at, checkedInteger<std::int32_t>(value, scaled)); break;
         case SQL_INT64: store(at, scaled); break;
         case SQL_FLOAT: store(at, checkedFloat(value)); break;
-        case SQL_DOUBLE: case SQL_D_FLOAT: store(at, value.asDouble()); break;
+        case SQL_DOUBLE: case SQL_D_FLOAT: store(at, checkedDouble(value)); break;
         case SQL_TYPE_DATE: store<ISC_DATE>(at, value.asDate().serial() + firebirdDayOfDateZero); break;
         case SQL_TYPE_TIME: store(at, static_cast<ISC_TIME>(value.asTime().ticks())); break;
         case SQL_TIMESTAMP: {

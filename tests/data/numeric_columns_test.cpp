@@ -1,4 +1,5 @@
-// NUMERIC columns hold exactly what Firebird would make of the text.
+// NUMERIC columns hold exactly what Firebird would make of the text, and
+// DOUBLE PRECISION columns hold only finite numbers.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -18,7 +19,8 @@ create table READING (
     ID integer not null primary key,
     PRICE numeric(18, 2),
     SMALL numeric(4, 2),
-    WIDE numeric(18, 6)
+    WIDE numeric(18, 6),
+    RATIO double precision
 );
 insert into READING (ID) values (1);
 )") {}
@@ -87,6 +89,22 @@ TEST_F(NumericColumnsTest, ValueBeyondTheColumnIsRefusedAndNothingStored) {
         rows.setValue(c.column, c.value);
         EXPECT_THROW(rows.updateBatch(), ConversionError);
         EXPECT_TRUE(storedAs(std::string(c.column) + " is null"));
+    }
+}
+
+TEST_F(NumericColumnsTest, NotANumberAndInfinityAreRefusedForDoubleColumns) {
+    for (const double number : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+        SCOPED_TRACE(number);
+        DataSet rows(connection(), "select * from READING where ID = 1");
+        rows.open();
+        rows.edit();
+        rows.setValue("RATIO", number);
+        EXPECT_THROW(rows.updateBatch(), ConversionError);
+
+        DataSet update(connection(), "update READING set RATIO = :pRATIO where ID = 1");
+        update.setParam("pRATIO", number);
+        EXPECT_THROW(update.execute(), ConversionError);
+        EXPECT_TRUE(storedAs("RATIO is null"));
     }
 }
 
