@@ -6,6 +6,7 @@
 #include "mxbook/data/connection.h"
 #include "mxbook/data/connection_string.h"
 #include "mxbook/data/data_set.h"
+#include "mxbook/data/decimal.h"
 #include "mxbook/data/error.h"
 #include "mxbook/data/field_info.h"
 #include "mxbook/data/unit_of_work.h"

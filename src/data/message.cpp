@@ -4,8 +4,10 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <optional>
 
 #include "mxbook/error.h"
+#include "mxbook/host.h"
 #include "mxbook/text.h"
 
 namespace mxbook::db::detail {
@@ -48,8 +50,6 @@ bool holdsText(FieldType type) {
     return type == FieldType::text || type == FieldType::blob || type == FieldType::textBlob;
 }
 
-double powerOfTen(int exponent) { return std::pow(10.0, exponent); }
-
 std::string readBlobContent(ISC_QUAD id, fb::IAttachment* attachment, fb::ITransaction* transaction) {
     fb::Status status;
     fb::IBlob* blob = attachment->openBlob(&status, transaction, &id, 0, nullptr);
@@ -89,12 +89,29 @@ T checkedInteger(const Value& value, std::int64_t number) {
     return static_cast<T>(number);
 }
 
-// A NUMERIC(p, s) value as the integer Firebird keeps: value * 10^s.
+// A value as the integer Firebird keeps for a column of `scale` (negative:
+// that many digits after the point), rounded once, half away from zero, the
+// way Firebird converts; texts and doubles go there digit by digit.
 std::int64_t scaledInteger(const Value& value, int scale) {
-    if (scale == 0) return value.asInt64();
-    const double scaled = value.asDouble() * powerOfTen(-scale);
-    if (!std::isfinite(scaled) || std::fabs(scaled) >= 9.2e18) outOfRange(value);
-    return std::llround(scaled);
+    const int digits = -scale;
+    std::optional<Decimal> scaled;
+    switch (value.kind()) {
+        case ValueKind::text:
+            scaled = Decimal::parse(value.asText(), host().formatSettings().decimalSeparator, digits);
+            break;
+        case ValueKind::floating: scaled = Decimal::fromDouble(value.asDouble(), digits); break;
+        default: scaled = value.asDecimal().rescaled(digits);
+    }
+    if (!scaled) outOfRange(value);
+    return scaled->scaled;
+}
+
+// NaN and infinities are refused: stored, they break every later query that
+// compares or sums the column.
+double checkedDouble(const Value& value) {
+    const double number = value.asDouble();
+    if (!std::isfinite(number)) outOfRange(value);
+    return number;
 }
 
 float checkedFloat(const Value& value) {
@@ -132,7 +149,7 @@ void encode(const Column& column, const Value& value, unsigned char* message, fb
         case SQL_LONG: store(at, checkedInteger<std::int32_t>(value, scaled)); break;
         case SQL_INT64: store(at, scaled); break;
         case SQL_FLOAT: store(at, checkedFloat(value)); break;
-        case SQL_DOUBLE: case SQL_D_FLOAT: store(at, value.asDouble()); break;
+        case SQL_DOUBLE: case SQL_D_FLOAT: store(at, checkedDouble(value)); break;
         case SQL_TYPE_DATE: store<ISC_DATE>(at, value.asDate().serial() + firebirdDayOfDateZero); break;
         case SQL_TYPE_TIME: store(at, static_cast<ISC_TIME>(value.asTime().ticks())); break;
         case SQL_TIMESTAMP: {
@@ -145,6 +162,21 @@ void encode(const Column& column, const Value& value, unsigned char* message, fb
         case SQL_BLOB: store(at, writeBlob(value.asText(), attachment, transaction)); break;
         default: throw Error("parameters of SQL type " + std::to_string(column.sqlType) + " are not supported");
     }
+}
+
+// A value for a NUMERIC field as the decimal it is. A text or double with
+// more digits than 64 bits hold stays as it is, for encode() to round once to
+// the column's scale; rounding here too could round twice (0,0049999...9 to
+// 0,005 and then to 0,01).
+Value exactDecimal(const Value& value) {
+    const FormatSettings& settings = host().formatSettings();
+    std::optional<Decimal> exact;
+    switch (value.kind()) {
+        case ValueKind::text: exact = Decimal::parseExact(value.asText(settings), settings.decimalSeparator); break;
+        case ValueKind::floating: exact = Decimal::fromDoubleExact(value.asDouble()); break;
+        default: return value.asDecimal();
+    }
+    return exact ? Value(*exact) : value;
 }
 
 }  // namespace
@@ -178,7 +210,8 @@ Value convertForField(const Value& value, FieldType type) {
     if (value.kind() == ValueKind::text && trim(value.asText()).empty()) return Value();
     switch (type) {
         case FieldType::integer: return value.asInt64();
-        case FieldType::numeric: case FieldType::floating: return value.asDouble();
+        case FieldType::numeric: return exactDecimal(value);
+        case FieldType::floating: return value.asDouble();
         case FieldType::date: return value.asDate();
         case FieldType::time: return value.asTime();
         case FieldType::timestamp: return value.asTimestamp();
@@ -192,7 +225,7 @@ Value decode(const Column& column, const unsigned char* row) {
     const unsigned char* at = row + column.offset;
     const auto scaledNumber = [&](std::int64_t number) -> Value {
         if (column.scale == 0) return number;
-        return static_cast<double>(number) / powerOfTen(-column.scale);  // exact for a power of ten
+        return Decimal{number, -column.scale};
     };
     switch (column.sqlType) {
         case SQL_VARYING:

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "mxbook/error.h"
 #include "mxbook/host.h"
@@ -72,6 +73,7 @@ std::string Value::asText(const FormatSettings& settings) const {
         Overloaded{
             [](std::monostate) { return std::string(); },
             [](std::int64_t v) { return std::to_string(v); },
+            [&](const Decimal& v) { return v.text(settings.decimalSeparator); },
             [&](double v) { return formatFloat(v, settings); },
             [](const std::string& v) { return v; },
             [&](Date v) { return shortDate(v, settings); },
@@ -91,6 +93,7 @@ std::int64_t Value::asInt64() const {
         Overloaded{
             [](std::monostate) -> std::int64_t { return 0; },
             [](std::int64_t v) { return v; },
+            [](const Decimal& v) { return v.rounded(); },
             [this](double v) {
                 const double rounded = roundHalfAwayFromZero(v);
                 if (!(std::fabs(rounded) < 9.2e18)) cannotConvert(*this, "integer");
@@ -117,6 +120,7 @@ double Value::asDouble() const {
         Overloaded{
             [](std::monostate) { return 0.0; },
             [](std::int64_t v) { return static_cast<double>(v); },
+            [](const Decimal& v) { return v.toDouble(); },
             [](double v) { return v; },
             [](const std::string& v) { return parseFloat(v, host().formatSettings()); },
             [](Date v) { return static_cast<double>(v.serial()); },
@@ -129,11 +133,30 @@ double Value::asDouble() const {
         value_);
 }
 
+Decimal Value::asDecimal() const {
+    const std::optional<Decimal> exact = std::visit(
+        Overloaded{
+            [](std::monostate) -> std::optional<Decimal> { return Decimal{}; },
+            [](std::int64_t v) -> std::optional<Decimal> { return Decimal{v, 0}; },
+            [](const Decimal& v) -> std::optional<Decimal> { return v; },
+            [](double v) { return Decimal::fromDoubleExact(v); },
+            [](const std::string& v) { return Decimal::parseExact(v, host().formatSettings().decimalSeparator); },
+            [](Date v) -> std::optional<Decimal> { return Decimal{v.serial(), 0}; },
+            [this](Time) -> std::optional<Decimal> { return Decimal::fromDoubleExact(asDouble()); },
+            [this](const Timestamp&) -> std::optional<Decimal> { return Decimal::fromDoubleExact(asDouble()); },
+            [](bool v) -> std::optional<Decimal> { return Decimal{v ? 1 : 0, 0}; },
+        },
+        value_);
+    if (!exact) cannotConvert(*this, "number of at most 18 digits");
+    return *exact;
+}
+
 Date Value::asDate(const FormatSettings& settings) const {
     return std::visit(
         Overloaded{
             [](std::monostate) { return Date(); },
             [this](std::int64_t v) { return dateOfSerial(v, *this); },
+            [this](const Decimal& v) { return timestampOfSerial(v.toDouble(), *this).date; },
             [this](double v) { return timestampOfSerial(v, *this).date; },
             [&](const std::string& v) { return parseTimestamp(v, settings).date; },
             [](Date v) { return v; },
@@ -149,6 +172,7 @@ Time Value::asTime() const {
         Overloaded{
             [](std::monostate) { return Time(); },
             [](std::int64_t) { return Time(); },
+            [this](const Decimal& v) { return timestampOfSerial(v.toDouble(), *this).time; },
             [this](double v) { return timestampOfSerial(v, *this).time; },
             [](const std::string& v) { return parseTime(v); },
             [](Date) { return Time(); },
@@ -164,6 +188,7 @@ Timestamp Value::asTimestamp(const FormatSettings& settings) const {
         Overloaded{
             [](std::monostate) { return Timestamp(); },
             [this](std::int64_t v) { return Timestamp{dateOfSerial(v, *this), Time()}; },
+            [this](const Decimal& v) { return timestampOfSerial(v.toDouble(), *this); },
             [this](double v) { return timestampOfSerial(v, *this); },
             [&](const std::string& v) { return parseTimestamp(v, settings); },
             [](Date v) { return Timestamp{v, Time()}; },
@@ -179,6 +204,7 @@ bool Value::asBool() const {
         Overloaded{
             [](std::monostate) { return false; },
             [](std::int64_t v) { return v != 0; },
+            [](const Decimal& v) { return v.scaled != 0; },
             [](double v) { return v != 0.0; },
             [this](const std::string& v) {
                 const std::string word = lowerAscii(trim(v));
@@ -196,6 +222,11 @@ bool Value::asBool() const {
             [](bool v) { return v; },
         },
         value_);
+}
+
+Value::Value(Decimal value) : value_(value) {
+    if (value.scale < 0 || value.scale > Decimal::maxScale)
+        throw ArgumentError("a decimal has 0 to 18 digits after the point, not " + std::to_string(value.scale));
 }
 
 void Value::throwOutOfRange(const std::string& text) { throw ConversionError(text, "integer"); }

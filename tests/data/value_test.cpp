@@ -1,10 +1,20 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <optional>
+
 #include "fake_host.h"
+#include "mxbook/data/decimal.h"
 #include "mxbook/data/value.h"
 #include "mxbook/error.h"
 
 namespace mxbook::db {
+
+// Found by GoogleTest beside the type, for readable failures.
+void PrintTo(const Decimal& decimal, std::ostream* out) { *out << decimal.text(".") << " at scale " << decimal.scale; }
+
 namespace {
 
 class ValueTest : public ::testing::Test {
@@ -81,6 +91,83 @@ TEST_F(ValueTest, NumbersAndSerialDates) {
     EXPECT_THROW(Value(std::int64_t{3000000000}).asDate(), ConversionError);
     EXPECT_THROW(Value(std::uint64_t{18446744073709551615u}), ConversionError);
     EXPECT_EQ(Value(std::size_t{7}).asInt(), 7);
+}
+
+constexpr std::int64_t int64Max = std::numeric_limits<std::int64_t>::max();
+
+TEST(Decimal, TextRoundsHalfAwayFromZeroToTheScale) {
+    // The digit after the last kept one decides; the digits past it never do.
+    const struct {
+        const char* text;
+        int scale;
+        std::optional<std::int64_t> scaled;
+    } cases[] = {
+        {"1,005", 2, 101},
+        {"0,285", 2, 29},
+        {"-0,285", 2, -29},
+        {"0,2849999999999999999999", 2, 28},  // no second rounding through 0,285
+        {"-0,004", 2, 0},
+        {"999,995", 2, 100000},
+        {" +0.125 ", 2, 13},  // '.' is read as well as the user's separator
+        {"1,5e2", 0, 150},
+        {"25e-3", 2, 3},
+        {"7", 4, 70000},
+        {"92233720368547758,07", 2, int64Max},
+        {"92233720368547758,08", 2, std::nullopt},
+        {"1e19", 0, std::nullopt},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        const std::optional<Decimal> expected = c.scaled ? std::optional(Decimal{*c.scaled, c.scale}) : std::nullopt;
+        EXPECT_EQ(Decimal::parse(c.text, ",", c.scale), expected);
+    }
+    for (const char* malformed : {"", "-", "abc", "1,2,3", "1e", "+-1", "1 000", ",e1"}) {
+        SCOPED_TRACE(malformed);
+        EXPECT_THROW(Decimal::parse(malformed, ",", 2), ConversionError);
+    }
+}
+
+TEST(Decimal, DoublesRoundAsTheirShortestText) {
+    // 1.005 is 1.00499999999999989... in binary, 2.675 is 2.67499999999999982...
+    EXPECT_EQ(Decimal::fromDouble(1.005, 2), (Decimal{101, 2}));
+    EXPECT_EQ(Decimal::fromDouble(2.675, 2), (Decimal{268, 2}));
+    EXPECT_EQ(Decimal::fromDouble(-0.285, 2), (Decimal{-29, 2}));
+    EXPECT_EQ(Decimal::fromDouble(1e17, 2), std::nullopt);
+    EXPECT_THROW(Decimal::fromDouble(std::nan(""), 2), ConversionError);
+    EXPECT_THROW(Decimal::fromDouble(-HUGE_VAL, 2), ConversionError);
+}
+
+TEST_F(ValueTest, DecimalsReadAsAUserExpects) {
+    const struct {
+        Decimal decimal;
+        const char* text;
+        std::int64_t whole;
+        double number;
+    } cases[] = {
+        {{-29, 2}, "-0,29", 0, -0.29},
+        {{1250, 2}, "12,5", 13, 12.5},
+        {{-250, 2}, "-2,5", -3, -2.5},
+        {{1200, 2}, "12", 12, 12.0},
+        {{5, 3}, "0,005", 0, 0.005},
+        {{123456789012345678, 6}, "123456789012,345678", 123456789012, 123456789012.345678},
+        {{std::numeric_limits<std::int64_t>::min(), 18}, "-9,223372036854775808", -9, -9.223372036854775808},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        const Value value(c.decimal);
+        EXPECT_EQ(value.kind(), ValueKind::decimal);
+        EXPECT_EQ(value.asText(), c.text);
+        EXPECT_EQ(value.asInt64(), c.whole);
+        EXPECT_EQ(value.asDouble(), c.number);
+        EXPECT_EQ(value.asBool(), c.decimal.scaled != 0);
+    }
+    EXPECT_EQ(Value(Decimal{1250, 2}), Value(Decimal{125, 1}));
+    EXPECT_NE(Value(Decimal{int64Max, 0}), Value(Decimal{int64Max, 1}));
+    EXPECT_NE(Value(Decimal{125, 1}), Value(12.5));
+    EXPECT_EQ(Value("12,50").asDecimal(), (Decimal{125, 1}));
+    EXPECT_EQ(Value(0.1).asDecimal(), (Decimal{1, 1}));
+    EXPECT_THROW(Value("0,1234567890123456789").asDecimal(), ConversionError);  // 19 digits after the point
+    EXPECT_THROW(Value(Decimal{1, 19}), ArgumentError);
 }
 
 TEST(Quoted, DoublesApostrophes) {

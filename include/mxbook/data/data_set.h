@@ -42,6 +42,7 @@ public:
     int asInt() const { return value().asInt(); }
     std::int64_t asInt64() const { return value().asInt64(); }
     double asDouble() const { return value().asDouble(); }
+    Decimal asDecimal() const { return value().asDecimal(); }
     Date asDate() const { return value().asDate(); }
     Time asTime() const { return value().asTime(); }
     Timestamp asTimestamp() const { return value().asTimestamp(); }

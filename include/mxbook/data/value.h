@@ -7,17 +7,19 @@
 #include <string_view>
 #include <variant>
 
+#include "mxbook/data/decimal.h"
 #include "mxbook/date.h"
 #include "mxbook/format.h"
 
 namespace mxbook::db {
 
-enum class ValueKind { null, integer, floating, text, date, time, timestamp, boolean };
+enum class ValueKind { null, integer, decimal, floating, text, date, time, timestamp, boolean };
 
 // A field's value of any type, or NULL. Reading it as another type converts
 // the way a data-entry form would: NULL reads as 0, "", false or the zero
 // date; texts are parsed (ConversionError when they do not parse); dates and
-// numbers become text in the user's format settings.
+// numbers become text in the user's format settings. NUMERIC and DECIMAL
+// columns read as decimals, exact to their last digit.
 class Value {
 public:
     Value() = default;
@@ -26,6 +28,8 @@ public:
     template <std::integral T>
         requires(!std::same_as<T, bool> && !std::same_as<T, char>)
     Value(T value) : value_(checkedInt64(value)) {}
+    // Throws ArgumentError for a scale outside 0 to Decimal::maxScale.
+    Value(Decimal value);
     Value(double value) : value_(value) {}
     Value(bool value) : value_(value) {}
     Value(std::string value) : value_(std::move(value)) {}
@@ -43,6 +47,8 @@ public:
     int asInt() const;
     std::int64_t asInt64() const;
     double asDouble() const;
+    // Exact: ConversionError when no Decimal holds the value to its last digit.
+    Decimal asDecimal() const;
     Date asDate(const FormatSettings& settings) const;
     Date asDate() const;
     Time asTime() const;
@@ -50,7 +56,7 @@ public:
     Timestamp asTimestamp() const;
     bool asBool() const;
 
-    // Same kind and same value; NULL equals NULL.
+    // Same kind and same value (decimals of any scale: 12.50 == 12.5); NULL equals NULL.
     friend bool operator==(const Value&, const Value&) = default;
 
 private:
@@ -63,7 +69,7 @@ private:
     [[noreturn]] static void throwOutOfRange(const std::string& text);
 
     // The alternatives follow ValueKind.
-    std::variant<std::monostate, std::int64_t, double, std::string, Date, Time, Timestamp, bool> value_;
+    std::variant<std::monostate, std::int64_t, Decimal, double, std::string, Date, Time, Timestamp, bool> value_;
 };
 
 // Text for a literal inside SQL text: in apostrophes, each apostrophe doubled.
