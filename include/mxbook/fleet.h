@@ -48,7 +48,7 @@ struct FleetSummary {
 using Progress = std::function<void(std::string_view stage, double done)>;
 
 // Fills the empty main database of `connection` (created by
-// schema::createDatabase). Throws std::invalid_argument for sizes out of
+// schema::createDatabase). Throws ArgumentError for sizes out of
 // range and db::Error when the database refuses; each aircraft is stored
 // with its units and flights at once, so an interrupted run leaves whole
 // aircraft only.

@@ -2,6 +2,15 @@
 // windows, its executable, the user's folders, the clock and the user's
 // regional settings. The application installs one Host at start-up; until it
 // does, a ConsoleHost serves.
+//
+// Threads: the library keeps no state but the installed host, so several
+// threads may call it at once, each on a connection of its own (a
+// connection, and every data set opened on it, belongs to one thread at a
+// time). Install the host before starting threads. Installing one later is
+// safe, but host() hands out a reference, not ownership: a replaced host
+// must outlive the calls already using it, so keep what installHost returns
+// until they are done (ScopedHost keeps it for its scope). A host reached
+// from several threads must answer them all at once.
 #pragma once
 
 #include <cstdint>
@@ -58,9 +67,11 @@ public:
     virtual FormatSettings formatSettings() = 0;
 };
 
-// The installed host.
+// The installed host, valid while it stays installed or its installer
+// keeps it.
 Host& host();
-// Installs `next` (nullptr: the console default) and returns the one it replaces.
+// Installs `next` (nullptr: the console default) and returns the one it
+// replaces; callable while other threads call host().
 std::shared_ptr<Host> installHost(std::shared_ptr<Host> next);
 
 // Installs a host for the lifetime of the guard, then puts the previous one back.
@@ -77,7 +88,8 @@ private:
 
 // A console program's host: messages go to standard error as one line,
 // "caption: text"; questions are answered by a policy; the program's one
-// "window" is the terminal.
+// "window" is the terminal. Its setters are not synchronised: set it up
+// before other threads reach it; its answers are safe from any thread.
 class ConsoleHost : public Host {
 public:
     enum class QuestionPolicy {

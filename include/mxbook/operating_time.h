@@ -51,7 +51,8 @@ Minutes parseHoursUpToColon(std::string_view text);
 // on which the two rules around it agree.
 Minutes parseHoursColonTwoDigits(std::string_view text);
 // Hours end three characters before the end and minutes are the last two,
-// whatever stands between: the rule of the counter corrections.
+// whatever stands between ("10ч30" is 10:30): the rule of the counter
+// corrections. Characters are code points, as text.h counts them.
 Minutes parseHoursBeforeLastThree(std::string_view text);
 
 }  // namespace operating_time

@@ -15,6 +15,13 @@ std::string trimRight(std::string_view text);
 // ("путь" gives "ПУТЬ"). Bytes that are not UTF-8 pass unchanged.
 std::string upperCase(std::string_view utf8);
 
+// Where a rule counts characters, it counts the code points of the UTF-8
+// text ("10ч30" has five); a byte that starts no well-formed sequence counts
+// as one. `characters` gives `count` of them from the `first`, fewer where
+// the text ends sooner.
+std::size_t characterCount(std::string_view utf8);
+std::string_view characters(std::string_view utf8, std::size_t first, std::size_t count = std::string_view::npos);
+
 // Appends a Unicode code point to UTF-8 text.
 void appendUtf8(std::string& out, char32_t code);
 

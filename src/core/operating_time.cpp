@@ -44,14 +44,16 @@ Minutes parseHoursUpToColon(std::string_view text) {
 }
 
 Minutes parseHoursColonTwoDigits(std::string_view text) {
-    if (text.size() < 3 || text.find(':') != text.size() - 3)
+    const auto colon = text.find(':');
+    if (colon == std::string_view::npos || characterCount(text.substr(colon)) != 3)
         throw ConversionError(std::string(text), "operating time");
     return parseHoursBeforeLastThree(text);
 }
 
 Minutes parseHoursBeforeLastThree(std::string_view text) {
-    if (text.size() < 3) throw ConversionError(std::string(text), "operating time");
-    return total(text, text.substr(0, text.size() - 3), text.substr(text.size() - 2));
+    const std::size_t length = characterCount(text);
+    if (length < 3) throw ConversionError(std::string(text), "operating time");
+    return total(text, characters(text, 0, length - 3), characters(text, length - 2));
 }
 
 }  // namespace mxbook::operating_time

@@ -1,10 +1,10 @@
 #include "mxbook/fleet.h"
 
-#include <stdexcept>
 #include <string>
 
 #include "aircraft.h"
 #include "generation.h"
+#include "mxbook/error.h"
 #include "mxbook/host.h"
 #include "reference_data.h"
 #include "units.h"
@@ -15,14 +15,12 @@ namespace {
 
 void check(const FleetOptions& options) {
     if (options.aircraft < 1 || options.aircraft > 1000)
-        throw std::invalid_argument("the number of aircraft must be 1 to 1000, not " +
-                                    std::to_string(options.aircraft));
+        throw ArgumentError("the number of aircraft must be 1 to 1000, not " + std::to_string(options.aircraft));
     if (options.years < 1 || options.years > 30)
-        throw std::invalid_argument("the years of flight records must be 1 to 30, not " +
-                                    std::to_string(options.years));
+        throw ArgumentError("the years of flight records must be 1 to 30, not " + std::to_string(options.years));
     if (options.componentsPerAircraft < 0 || options.componentsPerAircraft > 2000)
-        throw std::invalid_argument("the components per aircraft must be 0 to 2000, not " +
-                                    std::to_string(options.componentsPerAircraft));
+        throw ArgumentError("the components per aircraft must be 0 to 2000, not " +
+                            std::to_string(options.componentsPerAircraft));
 }
 
 // Tail numbers are unique across the fleet: the type's prefix and a running number.

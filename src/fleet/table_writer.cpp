@@ -2,9 +2,8 @@
 
 #include <strings.h>
 
-#include <stdexcept>
-
 #include "mxbook/data/data_set.h"
+#include "mxbook/error.h"
 
 namespace mxbook::fleet {
 
@@ -18,14 +17,14 @@ int TableWriter::position(std::string_view column) const {
     for (std::size_t i = 0; i < columns_.size(); ++i)
         if (columns_[i].size() == column.size() && strncasecmp(columns_[i].c_str(), column.data(), column.size()) == 0)
             return static_cast<int>(i);
-    throw std::out_of_range(table_ + " has no column " + std::string(column));
+    throw ArgumentError(table_ + " has no column " + std::string(column));
 }
 
 TableWriter::Row::Row(const TableWriter& writer) : writer_(&writer), values_(writer.columns_.size()) {}
 
 TableWriter::Row& TableWriter::Row::set(int position, db::Value value) {
     if (position < 0 || position >= static_cast<int>(values_.size()))
-        throw std::out_of_range(writer_->table_ + " has no column at position " + std::to_string(position));
+        throw ArgumentError(writer_->table_ + " has no column at position " + std::to_string(position));
     values_[static_cast<std::size_t>(position)] = std::move(value);
     return *this;
 }

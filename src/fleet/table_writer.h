@@ -35,7 +35,7 @@ public:
 
     const std::string& table() const { return table_; }
     int columnCount() const { return static_cast<int>(columns_.size()); }
-    // Throws std::out_of_range naming the table and column when there is none.
+    // Throws ArgumentError naming the table and column when there is none.
     int position(std::string_view column) const;
 
 private:

@@ -124,6 +124,7 @@ void writeApuComponents(Generation& g, const AircraftPlan& p) {
     auto& units = g.table("AGR_VSU");
     const auto& keys = g.typeKeys["ETA_AGR_VSU"];
     for (const ComponentModel& model : apuComponents()) {
+        const auto key = keys.find(typeKeyOf(p.profile->type, model.name, model.drawingNumber));
         // Installed with the APU: its readings are where the APU's counters started.
         const int hoursBefore = r.between(0, model.totalLimit * 6 / 10) * hours;
         const int startsBefore = hoursBefore / hours * 2;
@@ -135,7 +136,6 @@ void writeApuComponents(Generation& g, const AircraftPlan& p) {
             .set("GDE_STOIT", p.tail)
             .set("NAZVANIE", model.name)
             .set("CHERT_NOMER", model.drawingNumber)
-            .set("ID_NAME", keys.at(typeKeyOf(p.profile->type, model.name, model.drawingNumber)))
             .set("ZAVODSKOI_NOMER", g.nextSerial())
             .set("DATA_VYPUSKA", p.apu->installed.addYears(-r.between(1, 6)))
             .set("SOBSTVENNOST", p.owner)
@@ -158,6 +158,8 @@ void writeApuComponents(Generation& g, const AircraftPlan& p) {
             .set("OTBORY_PPR", startsBefore * 2)
             .set("UCHET_MASLA", model.tracksOil ? 1 : 0)
             .set("NUMER_DVIG_VSU", p.apu->serial);
+        // Filed for every type with an APU; a unit without one names no entry, as a component does.
+        if (key != keys.end()) row.set("ID_NAME", key->second);
         if (model.tracksOil)
             row.set("NARAB_MASLA", hoursText(r.between(0, 200) * hours))
                 .set("DATA_ZAMENY_MASLA", g.today.addDays(-r.between(10, 300)));

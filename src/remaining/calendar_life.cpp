@@ -1,6 +1,5 @@
 // Calendar life: what is left of a limit "YY.MM", how long a unit has been
 // in service, and the date by which it must come off.
-#include <algorithm>
 #include <cctype>
 
 #include "mxbook/error.h"
@@ -26,13 +25,15 @@ std::string duration(int months) {
 int limitMonthsAtPoint(const std::string& limit) {
     const auto point = limit.find('.');
     if (point == std::string::npos) throw ConversionError(limit, "calendar limit");
-    return parseInt(limit.substr(0, point)) * 12 + parseInt(limit.substr(point + 1, 2));
+    return parseInt(limit.substr(0, point)) * 12 +
+           parseInt(characters(std::string_view(limit).substr(point + 1), 0, 2));
 }
 
-// "YY.MM" by position: years are characters 1 and 2, months 4 and 5.
+// "YY.MM" by position: years are characters 1 and 2, months 4 and 5,
+// whatever stands at 3 ("05г06" too).
 Date plusLimitByPosition(Date date, const std::string& limit) {
     const auto part = [&](std::size_t at) {
-        const std::string digits = limit.substr(std::min(at, limit.size()), 2);
+        const std::string_view digits = characters(limit, at, 2);
         if (digits.size() != 2 || !std::isdigit(static_cast<unsigned char>(digits[0])) ||
             !std::isdigit(static_cast<unsigned char>(digits[1])))
             throw ConversionError(limit, "calendar limit");

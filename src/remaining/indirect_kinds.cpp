@@ -1,7 +1,6 @@
 #include "indirect_kinds.h"
 
 #include <algorithm>
-#include <stdexcept>
 
 #include "mxbook/data/value.h"
 #include "mxbook/error.h"
@@ -152,7 +151,8 @@ std::span<const IndirectKind> indirectKinds() { return kinds; }
 const IndirectKind& indirectKind(std::string_view table) {
     const auto found =
         std::find_if(std::begin(kinds), std::end(kinds), [&](const IndirectKind& k) { return k.table == table; });
-    if (found == std::end(kinds)) throw std::logic_error("no indirect kind " + std::string(table));
+    if (found == std::end(kinds))
+        throw ArgumentError(std::string(table) + " has no indirect-accounting column of a known kind of unit");
     return *found;
 }
 

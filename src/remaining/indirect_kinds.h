@@ -42,6 +42,8 @@ inline constexpr int typeColumn = 1;
 
 // In the order the remaining-hours calculation takes them.
 std::span<const IndirectKind> indirectKinds();
+// The kind kept in `table`; ArgumentError for a table whose rows carry no
+// indirect-accounting column (the register, engines).
 const IndirectKind& indirectKind(std::string_view table);
 
 // The unit's operating time now: its own counter plus what its carrier ran

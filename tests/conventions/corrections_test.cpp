@@ -45,7 +45,8 @@ TEST_F(CorrectionsTest, HoursLoseOrGainTheMinutesNeverBelowZero) {
         {"'12:00'", 0, "12:00", "12:00"},
         {"'1234:30'", 60 * 1000 + 31, "233:59", "2235:01"},
         {"'00:00'", 1, "0:00", "0:01"},
-        {"'7.05'", 5, "7:00", "7:10"},  // the hours end three characters before the end
+        {"'7.05'", 5, "7:00", "7:10"},     // the hours end three characters before the end
+        {"'10ч30'", 45, "9:45", "11:15"},  // a two-byte separator is still one character
         {"null", 45, "00:00", "00:00"},
         {"'3:30'", -30, "4:00", "3:00"},  // a negative correction works the other way
     };
@@ -59,7 +60,7 @@ TEST_F(CorrectionsTest, HoursLoseOrGainTheMinutesNeverBelowZero) {
 }
 
 TEST_F(CorrectionsTest, TextsThatAreNotOperatingTimeRaise) {
-    for (const char* stored : {"''", "'abc'", "'10:3x'", "'7'", "'99999999999:00'"}) {
+    for (const char* stored : {"''", "'abc'", "'10:3x'", "'7'", "'99999999999:00'", "'10:3ч'", "'1ч:30'", "'ч30'"}) {
         SCOPED_TRACE(stored);
         auto& data = row(stored, "0");
         EXPECT_THROW(FunHourCorrectFromVS(data, 1, 10), ConversionError);

@@ -85,5 +85,28 @@ TEST(UpperCase, EveryScriptWithBrokenBytesPassedThrough) {
     for (const auto& c : cases) EXPECT_EQ(upperCase(c.text), c.expected) << c.text;
 }
 
+// Characters are code points; a byte that starts no well-formed sequence is one.
+TEST(Characters, CountedAndCutByCodePoints) {
+    const struct {
+        std::string text;
+        std::size_t count;
+        std::size_t first, length;
+        std::string cut;
+    } cases[] = {
+        {"10ч30", 5, 0, 2, "10"},
+        {"10ч30", 5, 2, 1, "ч"},
+        {"10ч30", 5, 3, 9, "30"},  // fewer where the text ends
+        {"10ч30", 5, 7, 2, ""},
+        {"\U0001D7CE:ж", 3, 1, 2, ":ж"},         // four bytes, then one, then two
+        {"1\xD1\x33\x30", 4, 1, 2, "\xD1\x33"},  // "1", a lead byte without its continuation, "30"
+        {"", 0, 0, 1, ""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        EXPECT_EQ(characterCount(c.text), c.count);
+        EXPECT_EQ(characters(c.text, c.first, c.length), c.cut);
+    }
+}
+
 }  // namespace
 }  // namespace mxbook

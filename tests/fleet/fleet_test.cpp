@@ -3,11 +3,12 @@
 #include <cmath>
 #include <map>
 #include <set>
-#include <stdexcept>
 #include <string>
 
 #include "fake_host.h"
+#include "fleet/table_writer.h"
 #include "mxbook/data.h"
+#include "mxbook/error.h"
 #include "mxbook/fleet.h"
 #include "mxbook/operating_time.h"
 #include "mxbook/schema.h"
@@ -231,11 +232,21 @@ TEST(Fleet, RefusesSizesOutOfRangeAndWritesNothing) {
         options.aircraft = c.aircraft;
         options.years = c.years;
         options.componentsPerAircraft = c.components;
-        EXPECT_THROW(generateFleet(connection, options), std::invalid_argument);
+        EXPECT_THROW(generateFleet(connection, options), ArgumentError);
     }
     db::DataSet register_(connection, "select count(*) from TIPOVYE_DANNYE_VS");
     register_.open();
     EXPECT_EQ(register_.field(0).asInt(), 0);
+}
+
+TEST(Fleet, ColumnsTheTableLacksAreArgumentErrors) {
+    testing::TempFolder folder;
+    db::Connection connection;
+    schema::createDatabase(connection, schema::Database::main, (folder.path() / "NALET.FDB").string());
+    TableWriter owners(connection, "SOBSTVENNIKI");
+    EXPECT_THROW(owners.row().set("NO_SUCH_COLUMN", 1), ArgumentError);
+    EXPECT_THROW(owners.row().set(owners.columnCount(), 1), ArgumentError);
+    EXPECT_THROW(owners.row().set(-1, 1), ArgumentError);
 }
 
 }  // namespace

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <iostream>
 #include <sstream>
+#include <thread>
+#include <vector>
 
 #include "fake_host.h"
 #include "mxbook/host.h"
@@ -37,6 +40,34 @@ TEST(HostRegistry, InstallingNothingGivesTheConsoleHost) {
     auto previous = installHost(nullptr);
     EXPECT_NE(dynamic_cast<ConsoleHost*>(&host()), nullptr);
     installHost(previous);
+}
+
+// One thread swaps two hosts while others use whichever is installed: each
+// call reaches a whole host (under a race detector, no unsynchronised access
+// to the installed pointer). The test keeps both hosts alive, as the
+// installer must.
+TEST(HostRegistry, InstallingWhileOtherThreadsReadIsSafe) {
+    auto first = std::make_shared<testing::FakeHost>();
+    auto second = std::make_shared<testing::FakeHost>();
+    second->todayDate = Date::fromYmd(2025, 6, 1);
+    ScopedHost scope(first);
+    constexpr int swaps = 2000, readers = 3, reads = 5000;
+    std::atomic<int> strangers = 0;
+    {
+        std::vector<std::jthread> threads;
+        for (int t = 0; t < readers; ++t)
+            threads.emplace_back([&] {
+                for (int i = 0; i < reads; ++i) {
+                    const Date today = host().today();
+                    if (today != first->todayDate && today != second->todayDate) ++strangers;
+                }
+            });
+        threads.emplace_back([&] {
+            for (int i = 0; i < swaps; ++i) installHost(i % 2 == 0 ? second : first);
+        });
+    }
+    EXPECT_EQ(strangers, 0);
+    EXPECT_EQ(&host(), first.get());  // the last swap put the first back
 }
 
 // Captures what the console host writes to standard error.

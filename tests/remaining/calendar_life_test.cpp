@@ -56,8 +56,11 @@ TEST_F(CalendarLifeTest, CalendarLifeLeftCountsMonthsNotDays) {
         EXPECT_EQ(FunOstatLet(aircraft, 17, 6), c.expected);
     }
     EXPECT_EQ(FunOstatLet(aircraftRow(db::Value(), db::Value(), 0, "05.00", db::Value()), 17, 6), "0");
-    EXPECT_THROW(FunOstatLet(aircraftRow(Date::fromYmd(2020, 1, 1), db::Value(), 0, "5 лет", db::Value()), 17, 6),
-                 ConversionError);
+    for (const char* limit : {"5 лет", "05ч06", "05.ч6"}) {  // at the point, and only there
+        SCOPED_TRACE(limit);
+        EXPECT_THROW(FunOstatLet(aircraftRow(Date::fromYmd(2020, 1, 1), db::Value(), 0, limit, db::Value()), 17, 6),
+                     ConversionError);
+    }
 }
 
 TEST_F(CalendarLifeTest, CalendarTimeRunSinceADate) {
@@ -87,6 +90,10 @@ TEST_F(CalendarLifeTest, RemovalDateIsTheEarlierOfTheTwoLimits) {
     } cases[] = {
         {"never overhauled, month end", Date::fromYmd(2020, 1, 31), Date::fromYmd(2020, 1, 31), 0, "40.00", "00.01",
          "29.02.20"},
+        // By position: whatever stands third, "ч" included, separates.
+        {"any third character", Date::fromYmd(2020, 1, 31), Date::fromYmd(2020, 1, 31), 0, "40.00", "00ч01",
+         "29.02.20"},
+        {"total first, any third character", made, Date::fromYmd(2015, 6, 10), 1, "20г00", "08.00", "01.01.20"},
         {"overhauled, interval first", made, Date::fromYmd(2015, 6, 10), 1, "40.00", "08.00", "10.06.23"},
         {"overhauled, total first", made, Date::fromYmd(2015, 6, 10), 1, "20.00", "08.00", "01.01.20"},
         {"overhauled, no total", made, Date::fromYmd(2015, 6, 10), 2, db::Value(), "08.06", "10.12.23"},
@@ -105,7 +112,10 @@ TEST_F(CalendarLifeTest, RemovalDateIsTheEarlierOfTheTwoLimits) {
     // The same column for both limits: the interval counts from the last overhaul.
     auto& sameColumn = aircraftRow(made, Date::fromYmd(2015, 6, 10), 1, "02.00", "08.00");
     EXPECT_EQ(FunDataSniatia(sameColumn, 8, 9, 6, 19, 19), "10.06.23");
-    EXPECT_THROW(FunDataSniatia(aircraftRow(made, made, 0, "40.00", "5.6"), 8, 9, 6, 19, 17), ConversionError);
+    for (const char* interval : {"5.6", "5ч06", "05.0ч"}) {
+        SCOPED_TRACE(interval);
+        EXPECT_THROW(FunDataSniatia(aircraftRow(made, made, 0, "40.00", interval), 8, 9, 6, 19, 17), ConversionError);
+    }
 }
 
 }  // namespace

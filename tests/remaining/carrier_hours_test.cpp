@@ -4,6 +4,7 @@
 
 #include "mxbook/error.h"
 #include "mxbook/remaining_life.h"
+#include "remaining/indirect_kinds.h"
 #include "remaining_fixture.h"
 
 namespace mxbook {
@@ -136,6 +137,14 @@ TEST_F(CarrierHoursTest, GeneralComponentsFollowTheirCounterAndCarrier) {
                                           {"NARABOTKA_VS_PRI_USTANOVKE", c.reading},
                                           {"NARABOTKA_SNE", c.own}});
         EXPECT_EQ(FunNepNarAgr(connection(), row("AGREGAT", id), 17), c.expected);
+    }
+}
+
+// The register and the engines keep their own hours: no derivation is theirs.
+TEST(IndirectKinds, ATableOfNoKindIsAnArgumentError) {
+    for (const char* table : {"REESTR", "DVIGATEL", ""}) {
+        SCOPED_TRACE(table);
+        EXPECT_THROW(remaining::indirectKind(table), ArgumentError);
     }
 }
 

@@ -29,7 +29,7 @@ TEST_F(RemainingHoursTest, HoursLeftOfTheLimitNeverBelowZero) {
 }
 
 TEST_F(RemainingHoursTest, UsedHoursNotWrittenAsHoursAndMinutesRaise) {
-    for (const char* used : {"12:3x", "1:5", "10", "", "abc:de", "12.30"}) {
+    for (const char* used : {"12:3x", "1:5", "10", "", "abc:de", "12.30", "10ч30", "10:3ч", "1ч:30"}) {
         SCOPED_TRACE(used);
         const int id = insert("REESTR", {{"NAZNACHENNY_RESURS", 100}, {"NARABOTKA_SNE_CHASOV", used}});
         EXPECT_THROW(FunOstatChas(row("REESTR", id), 16, 20), ConversionError);

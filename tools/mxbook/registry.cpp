@@ -80,7 +80,10 @@ std::string invoke(R (*function)(P...), CallContext& context, const std::vector<
     constexpr std::array<bool, sizeof...(P)> fromText = {(Parameter<P>::kind != nullptr)...};
     std::array<std::size_t, sizeof...(P) + 1> textIndex{};
     for (std::size_t i = 0; i < sizeof...(P); ++i) textIndex[i + 1] = textIndex[i] + (fromText[i] ? 1 : 0);
-    const auto text = [&](std::size_t i) { return fromText[i] ? &arguments.at(textIndex[i]) : nullptr; };
+    if (arguments.size() != textIndex.back())
+        throw ArgumentError(std::to_string(textIndex.back()) + " arguments wanted, " +
+                            std::to_string(arguments.size()) + " given");
+    const auto text = [&](std::size_t i) { return fromText[i] ? &arguments[textIndex[i]] : nullptr; };
     if constexpr (std::is_void_v<R>) {
         function(Parameter<P>::get(context, text(I))...);
         return {};

@@ -107,7 +107,8 @@ std::optional<Left> leftOf(db::DataSet& row, const Limit& limit, bool countsLand
         const std::string text = FunOstatLet(row, limit.limitColumn, limit.usedColumn);
         const std::string stored = limitField.asText();
         const auto point = stored.find('.');
-        const int total = parseInt(stored.substr(0, point)) * 12 + parseInt(stored.substr(point + 1, 2));
+        const int total = parseInt(stored.substr(0, point)) * 12 +
+                          parseInt(characters(std::string_view(stored).substr(point + 1), 0, 2));
         return Left{text, total > 0 ? static_cast<double>(months(text)) / total : 0.0};
     }
     const double total = limitField.asInt();

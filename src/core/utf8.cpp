@@ -1,3 +1,4 @@
+// UTF-8 text: code points and letter case.
 #include <langinfo.h>
 #include <locale.h>
 
@@ -46,7 +47,28 @@ std::pair<char32_t, std::size_t> decode(std::string_view text, std::size_t pos) 
     return {code, length};
 }
 
+// Bytes of the code point at text[pos]; a byte that starts no well-formed
+// sequence is a character of its own, as a WIN1251 byte would be.
+std::size_t characterLength(std::string_view text, std::size_t pos) {
+    const std::size_t length = decode(text, pos).second;
+    return length == 0 ? 1 : length;
+}
+
 }  // namespace
+
+std::size_t characterCount(std::string_view utf8) {
+    std::size_t count = 0;
+    for (std::size_t pos = 0; pos < utf8.size(); pos += characterLength(utf8, pos)) ++count;
+    return count;
+}
+
+std::string_view characters(std::string_view utf8, std::size_t first, std::size_t count) {
+    std::size_t begin = 0;
+    for (; first > 0 && begin < utf8.size(); --first) begin += characterLength(utf8, begin);
+    std::size_t end = begin;
+    for (; count > 0 && end < utf8.size(); --count) end += characterLength(utf8, end);
+    return utf8.substr(begin, end - begin);
+}
 
 void appendUtf8(std::string& out, char32_t code) {
     if (code < 0x80) {
