@@ -2,6 +2,7 @@
 // bare through the client.
 #pragma once
 
+#include <filesystem>
 #include <string>
 
 #include "mxbook/data/connection.h"
@@ -21,5 +22,9 @@ void registerRemainingLife(Fleet& fleet);
 void registerFlights(Fleet& oneYear, Fleet& tenYears, RatioReporter& reporter);
 void registerStatus(Fleet& fleet);
 void registerServerStatus(Fleet& fleet, RatioReporter& reporter);
+void registerBlobs();
+
+// Where generated databases are kept between runs.
+std::filesystem::path benchCacheFolder();
 
 }  // namespace mxbook::bench

@@ -7,6 +7,7 @@
 
 #include "mxbook/data/connection.h"
 #include "mxbook/schema.h"
+#include "benchmarks.h"
 
 namespace mxbook::bench {
 
@@ -24,11 +25,16 @@ fleet::FleetOptions oneYearFleet() {
     return options;
 }
 
-std::string cachedFleet(const fleet::FleetOptions& options) {
+fs::path benchCacheFolder() {
     const char* configured = std::getenv("MXBOOK_BENCH_CACHE");
     const char* home = std::getenv("HOME");
     const fs::path folder = configured ? fs::path(configured) : fs::path(home ? home : "/tmp") / ".cache/mxbook-bench";
     fs::create_directories(folder);
+    return folder;
+}
+
+std::string cachedFleet(const fleet::FleetOptions& options) {
+    const fs::path folder = benchCacheFolder();
     const auto schemaHash = std::hash<std::string_view>{}(schema::ddl(schema::Database::main));
     const std::string name = "fleet-s" + std::to_string(options.seed) + "-a" + std::to_string(options.aircraft) + "-y" +
                              std::to_string(options.years) + "-c" + std::to_string(options.componentsPerAircraft) +

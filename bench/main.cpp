@@ -32,6 +32,7 @@ int main(int argc, char** argv) {
     bench::registerFlights(oneYear, tenYears, reporter);
     bench::registerStatus(tenYears);
     bench::registerServerStatus(tenYears, reporter);
+    bench::registerBlobs();
     benchmark::RunSpecifiedBenchmarks(&reporter);
     reporter.printRatios();
     benchmark::Shutdown();
