@@ -32,7 +32,11 @@ RawDatabase::RawDatabase(const std::string& location) : master_(fb_get_master_in
         provider->attachDatabase(&status, location.c_str(), dpb->getBufferLength(&status), dpb->getBuffer(&status));
     dpb->dispose();
     provider->release();
-    transaction_ = attachment_->startTransaction(&status, 0, nullptr);
+    // A reader, as the library's queries are: read-only, so that it holds
+    // nothing back from the other connections.
+    static constexpr unsigned char readOnly[] = {isc_tpb_version3, isc_tpb_read, isc_tpb_read_committed,
+                                                 isc_tpb_rec_version};
+    transaction_ = attachment_->startTransaction(&status, sizeof readOnly, readOnly);
 }
 
 RawDatabase::~RawDatabase() {

@@ -2,6 +2,8 @@
 
 #include <locale.h>
 
+#include <algorithm>
+
 namespace mxbook::db::detail {
 
 namespace {
@@ -41,6 +43,29 @@ private:
     locale_t previous_ = nullptr;
 };
 
+// A numeric item of an info answer: item, 2-byte length, little-endian value.
+std::int64_t numberOf(const unsigned char* answer) {
+    if (answer[0] == isc_info_end || answer[0] == isc_info_truncated || answer[0] == isc_info_error) return -1;
+    const unsigned length = answer[1] | answer[2] << 8;
+    std::int64_t value = 0;
+    for (unsigned i = std::min(length, 8u); i-- > 0;) value = value << 8 | answer[3 + i];
+    return value;
+}
+
+std::int64_t transactionInfo(fb::ITransaction* transaction, unsigned char item) {
+    unsigned char answer[32] = {};
+    fb::Status status;
+    fb::guarded({}, [&] { transaction->getInfo(&status, 1, &item, sizeof answer, answer); });
+    return numberOf(answer);
+}
+
+std::int64_t infoNumber(fb::IAttachment* attachment, const unsigned char (&items)[1]) {
+    unsigned char answer[32] = {};
+    fb::Status status;
+    fb::guarded({}, [&] { attachment->getInfo(&status, 1, items, sizeof answer, answer); });
+    return numberOf(answer);
+}
+
 }  // namespace
 
 void ConnectionImpl::attach(const ConnectionString& settings, bool create) {
@@ -68,6 +93,8 @@ void ConnectionImpl::attach(const ConnectionString& settings, bool create) {
         attachment_ = create ? fb::provider()->createDatabase(&status, settings.location.c_str(), length, buffer)
                              : fb::provider()->attachDatabase(&status, settings.location.c_str(), length, buffer);
     });
+    // A server is named as "host:path" (or a protocol "xnet://...", "inet://..."); a plain path is embedded.
+    embedded_ = settings.location.find(':') == std::string::npos;
 }
 
 void ConnectionImpl::detach() noexcept {
@@ -75,6 +102,7 @@ void ConnectionImpl::detach() noexcept {
     const auto users = cursorUsers_;
     for (CursorUser* user : users) user->releaseCursor();
     cursorUsers_.clear();
+    snapshot_ = {};
     if (work_) {
         work_->dropped = true;
         work_->transaction.rollback();
@@ -94,6 +122,7 @@ void ConnectionImpl::dropDatabase() {
     const auto users = cursorUsers_;
     for (CursorUser* user : users) user->releaseCursor();
     cursorUsers_.clear();
+    snapshot_ = {};
     if (work_) endWork(false);
     statements_.clear();
     primaryKeys_.clear();
@@ -131,8 +160,10 @@ std::vector<Value> ConnectionImpl::run(fb::ITransaction* transaction, const std:
                     "batch of changes is committed by itself", 0, sql);
     if (prepared->isDdl()) {
         // Prepared statements hold the metadata they read: they would keep a
-        // changed table's old columns and keep a dropped table "in use".
+        // changed table's old columns and keep a dropped table "in use";
+        // so would an idle snapshot.
         forgetStatements();
+        snapshot_ = {};
     }
     try {
         return runOnce(prepared, transaction, params, affected);
@@ -192,7 +223,27 @@ ReadScope ConnectionImpl::beginRead() {
         checkedWork();
         return ReadScope{nullptr, work_};
     }
-    return ReadScope{std::make_shared<fb::Transaction>(attachment(), fb::Transaction::Kind::read), nullptr};
+    if (snapshot_.transaction && sameMomentAs(snapshot_)) return ReadScope{snapshot_.transaction, nullptr};
+    snapshot_ = {};
+    Snapshot next{std::make_shared<fb::Transaction>(attachment(), fb::Transaction::Kind::read)};
+    if (embedded_) {
+        next.id = transactionInfo(next.transaction->get(), isc_info_tra_id);
+        next.alone = transactionInfo(next.transaction->get(), isc_info_tra_oldest_active) == next.id;
+    }
+    snapshot_ = next;
+    return ReadScope{next.transaction, nullptr};
+}
+
+// A snapshot shows the same database as one taken now when no transaction
+// was active as it started (so none can have committed since) and none has
+// started since (the last transaction number is still its own). Starting a
+// transaction per query costs more than the query itself on a small lookup,
+// so one that would see the same is not started. Only embedded, where asking
+// costs no round trip to a server.
+bool ConnectionImpl::sameMomentAs(const Snapshot& snapshot) {
+    if (!embedded_ || !snapshot.alone) return false;
+    static constexpr unsigned char items[] = {isc_info_next_transaction};
+    return infoNumber(attachment(), items) == snapshot.id;
 }
 
 std::shared_ptr<Work> ConnectionImpl::checkedWork() const {

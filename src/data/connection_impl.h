@@ -99,7 +99,8 @@ public:
     const std::vector<std::string>& primaryKey(const std::string& table);
 
     // Where a query opened now reads: in the open unit of work, or in a
-    // read-only snapshot of its own.
+    // read-only snapshot taken now. (The last snapshot serves again when it
+    // is provably the same moment: see beginRead.)
     ReadScope beginRead();
 
     // The open unit of work, or null.
@@ -130,7 +131,18 @@ private:
     std::vector<Value> runOnce(const std::shared_ptr<Prepared>& prepared, fb::ITransaction* transaction,
                                const std::vector<Value>& params, std::int64_t* affected);
 
+    // The last read snapshot, with what it takes to tell whether a new one
+    // would see the same database.
+    struct Snapshot {
+        std::shared_ptr<fb::Transaction> transaction;
+        std::int64_t id = 0;
+        bool alone = false;  // no other transaction was active when it started
+    };
+    bool sameMomentAs(const Snapshot& snapshot);
+
     fb::IAttachment* attachment_ = nullptr;
+    bool embedded_ = false;
+    Snapshot snapshot_;
     std::shared_ptr<Work> work_;
     StatementCache statements_{128};
     std::map<std::string, std::vector<std::string>> primaryKeys_;

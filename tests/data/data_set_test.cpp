@@ -177,6 +177,25 @@ TEST_F(DataSetTest, AFailedFetchLeavesTheDataSetFailedNotAtItsEnd) {
     EXPECT_EQ(rows.field(0).asInt(), 4);
 }
 
+TEST_F(DataSetTest, EachQuerySeesWhatOthersCommittedBeforeIt) {
+    const auto counter = [&] {
+        DataSet rows(connection(), "select COUNTER from SAMPLE where ID = 1");
+        rows.open();
+        return rows.field(0).asInt();
+    };
+    Connection other = openAnother();
+    EXPECT_EQ(counter(), 10);
+    other.execute("update SAMPLE set COUNTER = 11 where ID = 1");
+    EXPECT_EQ(counter(), 11);
+    // Begun before this connection's last query and committed after it.
+    UnitOfWork work(other);
+    other.execute("update SAMPLE set COUNTER = 12 where ID = 1");
+    EXPECT_EQ(counter(), 11);
+    EXPECT_EQ(counter(), 11);
+    work.commit();
+    EXPECT_EQ(counter(), 12);
+}
+
 TEST_F(DataSetTest, RowsOfOneQueryComeFromOneMoment) {
     // 2,000 rows of 10; another user moves 50 from the last row to the first
     // while the first half has been read: the total must stay what it was.
