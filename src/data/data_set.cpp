@@ -183,7 +183,8 @@ public:
 
     std::vector<Value> paramValues(const detail::PositionalSql& positional) const {
         std::vector<Value> values;
-        for (const std::string& name : positional.names) values.push_back(params.at(upper(name)));
+        // checkedSql() made sure that every name has a value.
+        for (const std::string& name : positional.names) values.push_back(params.find(upper(name))->second);
         return values;
     }
 

@@ -154,6 +154,21 @@ TEST_F(ConnectionTest, AnotherConnectionsSchemaChangesReachCachedStatements) {
     }
     connection().forgetStatements();  // a dropped column is not reported: the upgrade says so
     EXPECT_EQ(read("select * from NO_KEY"), "гораздо более длинный;");
+
+    DataSet rows(connection(), "select * from NO_KEY");
+    rows.open();
+    EXPECT_THROW(rows.edit(), Error);  // no key yet
+    {
+        Connection other = openAnother();
+        other.execute("alter table NO_KEY add ID integer default 7 not null");
+        other.execute("alter table NO_KEY add constraint PK_NO_KEY primary key (ID)");
+    }
+    connection().forgetStatements();
+    rows.open();
+    rows.edit();  // the new key is seen
+    rows.setValue("B", "с ключом");
+    rows.updateBatch();
+    EXPECT_EQ(scalar("select B from NO_KEY where ID = 7").asText(), "с ключом");
 }
 
 TEST_F(ConnectionTest, DroppingRemovesTheDatabaseThroughItsAttachment) {
