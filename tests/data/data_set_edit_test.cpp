@@ -211,16 +211,6 @@ TEST_F(DataSetEditTest, TwoDataSetsOnOneConnectionDoNotOverwriteEachOther) {
     EXPECT_EQ(scalar("select COUNTER from SAMPLE where ID = 2").asInt(), 21);
 }
 
-TEST_F(DataSetEditTest, AUnionIsNotEditable) {
-    DataSet rows(connection(), "select ID, NAME from SAMPLE where ID = 1 union all select ID, NAME from AUTO_ID");
-    connection().execute("insert into AUTO_ID (ID, NAME) values (2, 'b')");
-    rows.open();
-    rows.next();  // AUTO_ID's row, which Firebird labels SAMPLE's
-    EXPECT_THROW(rows.edit(), Error);
-    EXPECT_THROW(rows.remove(), Error);
-    EXPECT_EQ(scalar("select NAME from SAMPLE where ID = 2").asText(), "Ремфонд");
-}
-
 TEST_F(DataSetEditTest, CancelDropsTheEdit) {
     DataSet rows(connection(), "select * from SAMPLE order by ID");
     rows.open();
@@ -251,6 +241,9 @@ TEST_F(DataSetEditTest, OnlyRowsOfOneKeyedTableCanChange) {
         {"select S.ID, A.NAME from SAMPLE S, AUTO_ID A", "more than one table"},
         {"select ID, COUNTER + 1 as NEXT_COUNTER from SAMPLE", "expression"},
         {"select NAME from SAMPLE", "key column ID"},
+        {"select a.ID, b.ID as NEXT_ID, b.NAME from SAMPLE a join SAMPLE b on b.ID = a.ID + 1", "more than one table"},
+        // Firebird labels every column of a union as the first table's.
+        {"select ID, NAME from AUTO_ID union all select ID, NAME from SAMPLE", "UNION"},
     };
     connection().execute("insert into NO_KEY values (1, 'a')");
     connection().execute("insert into AUTO_ID (NAME) values ('a')");
@@ -285,16 +278,6 @@ TEST_F(DataSetEditTest, ColumnsNamedLikeKeywordsAreWritten) {
               2);
 }
 
-TEST_F(DataSetEditTest, TableReadUnderTwoAliasesCannotChange) {
-    DataSet rows(connection(),
-                 "select a.ID, b.ID as NEXT_ID, b.NAME from SAMPLE a join SAMPLE b on b.ID = a.ID + 1 where a.ID = 1");
-    rows.open();
-    EXPECT_THROW(rows.edit(), Error);
-    DataSet plain(connection(), "select s.* from SAMPLE s where s.ID = 1");
-    plain.open();
-    EXPECT_NO_THROW(plain.edit());
-}
-
 TEST_F(DataSetEditTest, StoringBeforeAllRowsAreReadDoesNotReadThemTwice) {
     DataSet rows(connection(), "select * from SAMPLE");
     rows.open();  // only the first row fetched so far
@@ -310,13 +293,9 @@ TEST_F(DataSetEditTest, ValuesBeyondTheColumnAreRefusedNotWrapped) {
     DataSet rows(connection(), "select * from MEASURE where ID = 2");
     rows.open();
     rows.edit();
-    rows.setValue("CENTS", 1e17);  // NUMERIC(18, 2) holds below 9.2e16
-    EXPECT_THROW(rows.updateBatch(), ConversionError);
-    rows.edit();
-    rows.setValue("CENTS", Value());
     rows.setValue("SINGLE", 1e300);
     EXPECT_THROW(rows.updateBatch(), ConversionError);
-    EXPECT_EQ(scalar("select count(*) from MEASURE where ID = 2 and CENTS is null and SINGLE = 7.25").asInt(), 1);
+    EXPECT_EQ(scalar("select count(*) from MEASURE where ID = 2 and SINGLE = 7.25").asInt(), 1);
 
     DataSet notes(connection(), "select * from SAMPLE where ID = 1");
     notes.open();
