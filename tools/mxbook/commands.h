@@ -22,8 +22,10 @@ struct Options {
 int runInit(std::ostream& out, const Options& options);
 // Init in `root` (a fresh temporary folder when empty), a demo fleet, an overview.
 int runDemo(std::ostream& out, const Options& options, const std::string& root);
-// The units of every aircraft (or one) with what is left of their limits.
-int runStatus(std::ostream& out, const Options& options, const std::optional<std::string>& tail);
+// The units of every aircraft (or one) with what is left of their limits:
+// the tightest of them all first, or by aircraft and kind of unit.
+enum class StatusOrder { urgency, aircraft };
+int runStatus(std::ostream& out, const Options& options, const std::optional<std::string>& tail, StatusOrder order);
 // One library function by name, with its arguments as text.
 int runCall(std::ostream& out, const Options& options, const std::string& function,
             const std::vector<std::string>& arguments);

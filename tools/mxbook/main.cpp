@@ -42,6 +42,9 @@ int main(int argc, char** argv) {
     auto* status = app.add_subcommand("status", "each aircraft's units and what is left of their limits");
     std::string tail;
     status->add_option("tail", tail, "one aircraft's tail number");
+    std::string sort = "urgency";
+    status->add_option("--sort", sort, "urgency (the tightest units first) or aircraft (by aircraft and kind of unit)")
+        ->check(CLI::IsMember({"urgency", "aircraft"}));
     auto* call = app.add_subcommand("call", "call one library function by name and print what it returns");
     std::string function;
     std::vector<std::string> arguments;
@@ -80,7 +83,9 @@ int main(int argc, char** argv) {
         }
         if (*init) return runInit(std::cout, options);
         if (*demo) return runDemo(std::cout, options, root);
-        if (*status) return runStatus(std::cout, options, tail.empty() ? std::nullopt : std::optional(tail));
+        if (*status)
+            return runStatus(std::cout, options, tail.empty() ? std::nullopt : std::optional(tail),
+                             sort == "aircraft" ? StatusOrder::aircraft : StatusOrder::urgency);
         if (list) {
             for (const std::string& name : callableFunctions()) std::cout << name << "\n";
             return 0;

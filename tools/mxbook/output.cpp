@@ -48,7 +48,7 @@ void Listing::print(std::ostream& out, Format format) const {
         for (std::size_t i = 0; i < columns_.size(); ++i) out << (i ? "," : "") << csvField(columns_[i].title);
         out << "\n";
         for (const auto& row : rows_) {
-            for (std::size_t i = 0; i < row.size(); ++i) out << (i ? "," : "") << csvField(row[i]);
+            for (std::size_t i = 0; i < row.size(); ++i) out << (i ? "," : "") << csvField(row[i].text);
             out << "\n";
         }
         return;
@@ -57,8 +57,11 @@ void Listing::print(std::ostream& out, Format format) const {
         out << "[";
         for (std::size_t r = 0; r < rows_.size(); ++r) {
             out << (r ? ",\n " : "") << "{";
-            for (std::size_t i = 0; i < columns_.size() && i < rows_[r].size(); ++i)
-                out << (i ? ", " : "") << jsonString(columns_[i].title) << ": " << jsonString(rows_[r][i]);
+            for (std::size_t i = 0; i < columns_.size() && i < rows_[r].size(); ++i) {
+                const Cell& cell = rows_[r][i];
+                out << (i ? ", " : "") << jsonString(columns_[i].title) << ": "
+                    << (cell.number ? std::to_string(*cell.number) : jsonString(cell.text));
+            }
             out << "}";
         }
         out << "]\n";
@@ -68,19 +71,20 @@ void Listing::print(std::ostream& out, Format format) const {
     for (const auto& column : columns_) widths.push_back(displayWidth(column.title));
     for (const auto& row : rows_)
         for (std::size_t i = 0; i < row.size() && i < widths.size(); ++i)
-            widths[i] = std::max(widths[i], displayWidth(row[i]));
-    const auto line = [&](const std::vector<std::string>& cells) {
+            widths[i] = std::max(widths[i], displayWidth(row[i].text));
+    const auto line = [&](const std::vector<Cell>& cells) {
         std::string text;
         for (std::size_t i = 0; i < cells.size() && i < widths.size(); ++i) {
-            const std::string padding(widths[i] - displayWidth(cells[i]), ' ');
+            const std::string& cell = cells[i].text;
+            const std::string padding(widths[i] - displayWidth(cell), ' ');
             if (i) text += "  ";
-            text += columns_[i].number ? padding + cells[i] : cells[i] + padding;
+            text += columns_[i].number ? padding + cell : cell + padding;
         }
         while (!text.empty() && text.back() == ' ') text.pop_back();
         out << text << "\n";
     };
-    std::vector<std::string> titles;
-    for (const auto& column : columns_) titles.push_back(column.title);
+    std::vector<Cell> titles;
+    for (const auto& column : columns_) titles.emplace_back(column.title);
     line(titles);
     for (const auto& row : rows_) line(row);
 }

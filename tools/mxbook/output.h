@@ -2,6 +2,7 @@
 // for programs.
 #pragma once
 
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -15,16 +16,27 @@ struct Column {
     bool number = false;  // right-aligned in a table
 };
 
+// A cell's text, and the number it stands for where it is one: JSON writes
+// that as a number, a table and CSV the text ("12%" is 12).
+struct Cell {
+    Cell(std::string shown) : text(std::move(shown)) {}
+    Cell(const char* shown) : text(shown) {}
+    Cell(std::string shown, long long value) : text(std::move(shown)), number(value) {}
+
+    std::string text;
+    std::optional<long long> number;
+};
+
 class Listing {
 public:
     explicit Listing(std::vector<Column> columns) : columns_(std::move(columns)) {}
-    void add(std::vector<std::string> row) { rows_.push_back(std::move(row)); }
+    void add(std::vector<Cell> row) { rows_.push_back(std::move(row)); }
     bool empty() const { return rows_.empty(); }
     void print(std::ostream& out, Format format) const;
 
 private:
     std::vector<Column> columns_;
-    std::vector<std::vector<std::string>> rows_;
+    std::vector<std::vector<Cell>> rows_;
 };
 
 // Characters on screen, counting each UTF-8 sequence as one.

@@ -1,5 +1,6 @@
 // What is left of each unit's limits, computed by the library's
-// remaining-life functions; the units nearest a limit first.
+// remaining-life functions; the units nearest a limit (or furthest past it)
+// first, or by aircraft and kind of unit.
 #include <algorithm>
 #include <cmath>
 #include <optional>
@@ -7,6 +8,7 @@
 #include "commands.h"
 #include "mxbook/data.h"
 #include "mxbook/error.h"
+#include "mxbook/host.h"
 #include "mxbook/operating_time.h"
 #include "mxbook/remaining_life.h"
 #include "mxbook/text.h"
@@ -16,12 +18,30 @@ namespace mxbook::cli {
 namespace {
 
 enum class Measure { hours, count, calendar };
+// Where a limit's remainder is shown: the assigned life, the life between
+// overhauls (PPR), or among the unit's other limits.
+enum class Role { life, overhaul, other };
 
 struct Limit {
     Measure measure;
     int limitColumn;
-    int usedColumn;  // for calendar limits, the date the life counts from
+    int usedColumn;    // for calendar limits, the date the life counts from
+    Role role;
+    const char* name;  // in the "Tightest limit" column and before an other limit's remainder
 };
+
+constexpr Limit life(int limitColumn, int usedColumn) {
+    return {Measure::hours, limitColumn, usedColumn, Role::life, "ресурс"};
+}
+constexpr Limit overhaul(int limitColumn, int usedColumn) {
+    return {Measure::hours, limitColumn, usedColumn, Role::overhaul, "ППР"};
+}
+constexpr Limit calendar(int limitColumn, int sinceColumn) {
+    return {Measure::calendar, limitColumn, sinceColumn, Role::other, "срок"};
+}
+constexpr Limit other(Measure measure, int limitColumn, int usedColumn, const char* name) {
+    return {measure, limitColumn, usedColumn, Role::other, name};
+}
 
 // A kind of unit as the status shows it: where its name, serial number and
 // location stand, and its limits. A general component's limits count hours
@@ -42,93 +62,92 @@ const StatusKind statusKinds[] = {
      2,
      3,
      "GDE_STOIT",
-     {{Measure::hours, 18, 11}, {Measure::hours, 16, 12}, {Measure::count, 38, 31}, {Measure::calendar, 19, 5}}},
-    {"REDUCTOR", "редуктор", 2, 3, "GDE_STOIT", {{Measure::hours, 18, 11}, {Measure::hours, 16, 12}}},
+     {life(18, 11), overhaul(16, 12), other(Measure::count, 38, 31, "циклы"), calendar(19, 5)}},
+    {"REDUCTOR", "редуктор", 2, 3, "GDE_STOIT", {life(18, 11), overhaul(16, 12)}},
     {"VSU",
      "ВСУ",
      1,
      2,
      "MESTO_USTANOVKI",
-     {{Measure::hours, 24, 16}, {Measure::hours, 46, 48}, {Measure::hours, 22, 14}}},
-    {"AGREGAT",
-     "агрегат",
-     2,
-     4,
-     "GDE_STOIT",
-     {{Measure::hours, 12, 17}, {Measure::hours, 14, 18}, {Measure::calendar, 13, 6}},
-     true},
-    {"VTULKA_NV",
-     "втулка НВ",
-     2,
-     4,
-     "GDE_STOIT",
-     {{Measure::hours, 12, 17}, {Measure::hours, 14, 18}, {Measure::calendar, 13, 6}}},
-    {"LOPAST",
-     "лопасть",
-     3,
-     4,
-     "GDE_STOIT",
-     {{Measure::hours, 10, 9}, {Measure::hours, 30, 26}, {Measure::calendar, 11, 6}}},
-    {"HVOSTOVOY_VINT",
-     "хвостовой винт",
-     2,
-     3,
-     "GDE_STOIT",
-     {{Measure::hours, 19, 29}, {Measure::hours, 21, 30}, {Measure::calendar, 20, 4}}},
-    {"LEBEDKA", "лебёдка", 2, 3, "GDE_STOIT", {{Measure::hours, 19, 27}, {Measure::hours, 21, 28}}},
-    {"PODVESKA", "подвеска", 2, 3, "GDE_STOIT", {{Measure::hours, 19, 27}, {Measure::hours, 21, 28}}},
-    {"SHLANG", "шланг", 3, 6, "GDE_STOIT", {{Measure::hours, 5, 12}}},
-    {"ZCU", "ЗЦУ", 24, 6, "GDE_STOIT", {{Measure::hours, 4, 11}, {Measure::hours, 20, 22}}},
-    {"VOZDUSHNY_VINT", "воздушный винт", 2, 3, "GDE_STOIT", {{Measure::hours, 21, 29}, {Measure::hours, 23, 30}}},
+     {life(24, 16), other(Measure::hours, 46, 48, "сумма"), other(Measure::hours, 22, 14, "генератор")}},
+    {"AGREGAT", "агрегат", 2, 4, "GDE_STOIT", {life(12, 17), overhaul(14, 18), calendar(13, 6)}, true},
+    {"VTULKA_NV", "втулка НВ", 2, 4, "GDE_STOIT", {life(12, 17), overhaul(14, 18), calendar(13, 6)}},
+    {"LOPAST", "лопасть", 3, 4, "GDE_STOIT", {life(10, 9), overhaul(30, 26), calendar(11, 6)}},
+    {"HVOSTOVOY_VINT", "хвостовой винт", 2, 3, "GDE_STOIT", {life(19, 29), overhaul(21, 30), calendar(20, 4)}},
+    {"LEBEDKA", "лебёдка", 2, 3, "GDE_STOIT", {life(19, 27), overhaul(21, 28)}},
+    {"PODVESKA", "подвеска", 2, 3, "GDE_STOIT", {life(19, 27), overhaul(21, 28)}},
+    {"SHLANG", "шланг", 3, 6, "GDE_STOIT", {life(5, 12)}},
+    {"ZCU", "ЗЦУ", 24, 6, "GDE_STOIT", {life(4, 11), overhaul(20, 22)}},
+    {"VOZDUSHNY_VINT", "воздушный винт", 2, 3, "GDE_STOIT", {life(21, 29), overhaul(23, 30)}},
 };
 
-// What is left as a share of the limit, and the text to show.
+// Before an overdue amount: a minus sign, not a hyphen.
+const std::string minus = "\u2212";
+
+// What is left of one limit: the text to show (with the count for counted
+// limits), and the share of the limit, below zero when it is overdue.
 struct Left {
-    std::string text;
+    Cell cell;
     double share;
 };
 
-// The digits at `at`, as a number.
-int leadingNumber(const std::string& text, std::size_t at) {
-    const auto end = text.find_first_not_of("0123456789", at);
-    return parseInt(text.substr(at, end == std::string::npos ? std::string::npos : end - at));
-}
+int monthNumber(Date date) { return date.year() * 12 + date.month(); }
 
-// Months of a calendar duration "1г. 8м." (or "0").
-int months(const std::string& text) {
-    if (text == "0") return 0;
-    return leadingNumber(text, 0) * 12 + leadingNumber(text, text.find(' ') + 1);
-}
-
+// The library's remainders stop at zero ("00:00", "0"); past the limit the
+// amount overdue is worked here from the limit and the booked value. Where
+// the library derives the used time from the carrier, its zero stands.
 std::optional<Left> leftOf(db::DataSet& row, const Limit& limit, bool countsLandings) {
     const db::Field limitField = row.field(limit.limitColumn);
-    if (limitField.isNull() || row.field(limit.usedColumn).isNull()) return std::nullopt;
+    const db::Field usedField = row.field(limit.usedColumn);
+    if (limitField.isNull() || usedField.isNull()) return std::nullopt;
     if (limit.measure == Measure::calendar) {
         const std::string text = FunOstatLet(row, limit.limitColumn, limit.usedColumn);
         const std::string stored = limitField.asText();
         const auto point = stored.find('.');
         const int total = parseInt(stored.substr(0, point)) * 12 +
                           parseInt(characters(std::string_view(stored).substr(point + 1), 0, 2));
-        return Left{text, total > 0 ? static_cast<double>(months(text)) / total : 0.0};
+        // Months count as the library counts them: by month, the days aside.
+        const int left = total - (monthNumber(host().today()) - monthNumber(usedField.asDate()));
+        return Left{left < 0 ? Cell(minus + std::to_string(-left) + " мес.") : Cell(text),
+                    total > 0 ? static_cast<double>(left) / total : 0.0};
     }
-    const double total = limitField.asInt();
+    const long long total = limitField.asInt();
     if (total <= 0) return std::nullopt;
     if (limit.measure == Measure::count || countsLandings) {
         const std::string text = FunOstatInteger(row, limit.limitColumn, limit.usedColumn);
-        return Left{text, parseInt(text) / total};
+        long long left = parseInt64(text);
+        if (left == 0) left = std::min(0LL, total - parseInt64(usedField.asText()));
+        return Left{Cell(left < 0 ? minus + std::to_string(-left) : text, left), static_cast<double>(left) / total};
     }
     const std::string text = FunOstatChas(row, limit.limitColumn, limit.usedColumn);
-    const double minutes = static_cast<double>(operating_time::parseHoursUpToColon(text).count());
-    return Left{text, minutes / (total * 60)};
+    Minutes left = operating_time::parseHoursUpToColon(text);
+    if (left == Minutes())
+        left = std::min(Minutes(), Minutes(total * 60) - operating_time::parseHoursColonTwoDigits(usedField.asText()));
+    return Left{left < Minutes() ? Cell(minus + operating_time::format(Minutes() - left)) : Cell(text),
+                static_cast<double>(left.count()) / static_cast<double>(total * 60)};
 }
 
-std::string marker(double share) {
+// An other limit's remainder names the limit and says its unit: "циклы 120",
+// "срок 1г. 5м.", "сумма 35:00 ч".
+std::string otherText(const Limit& limit, const std::string& left, bool countsLandings) {
+    const bool hours = limit.measure == Measure::hours && !countsLandings;
+    return std::string(limit.name) + " " + left + (hours ? " ч" : "");
+}
+
+// A booked count is a number to a program; booked hours stay text.
+Cell countCell(std::string text) {
+    if (text.empty() || text.find_first_not_of("0123456789") != std::string::npos) return Cell(std::move(text));
+    const long long count = parseInt64(text);
+    return Cell(std::move(text), count);
+}
+
+std::string alert(double share) {
     if (share <= 0) return "!!";
     return share < 0.1 ? "!" : "";
 }
 
 struct UnitLine {
-    std::vector<std::string> cells;
+    std::vector<Cell> cells;
     double tightest;
 };
 
@@ -138,35 +157,91 @@ void addUnits(db::Connection& connection, const StatusKind& kind, const std::str
                                       db::quoted(tail) + " order by ID");
     for (units.open(); !units.eof(); units.next()) {
         const bool landings = kind.countsAsColumn24Says && !units.field(24).isNull() && units.field(24).asInt() == 1;
-        std::vector<std::string> lefts;
+        Cell lifeLeft(""), overhaulLeft("");
+        std::string othersLeft;
         double tightest = 1.0;
+        const char* tightestLimit = nullptr;
         for (const Limit& limit : kind.limits) {
             const auto left = leftOf(units, limit, landings);
-            lefts.push_back(left ? left->text : "");
-            if (left) tightest = std::min(tightest, left->share);
+            if (!left) continue;
+            if (!tightestLimit || left->share < tightest) {
+                tightest = left->share;
+                tightestLimit = limit.name;
+            }
+            switch (limit.role) {
+            case Role::life: lifeLeft = left->cell; break;
+            case Role::overhaul: overhaulLeft = left->cell; break;
+            case Role::other:
+                othersLeft += (othersLeft.empty() ? "" : "; ") + otherText(limit, left->cell.text, landings);
+                break;
+            }
         }
-        lefts.resize(3);
         const bool onEngine = kind.countsAsColumn24Says && !units.field(28).isNull() && units.field(28).asInt() == 1;
         const std::string where = onEngine ? "двигатель " + units.field(29).asText() : tail;
-        lines.push_back(
-            {{tail, kind.label, units.field(kind.nameColumn).asText(), units.field(kind.serialColumn).asText(), where,
-              landings ? "посадки" : "часы", units.field(kind.limits[0].usedColumn).asText(), lefts[0], lefts[1],
-              lefts[2], std::to_string(static_cast<int>(std::lround(tightest * 100))) + "%", marker(tightest)},
-             tightest});
+        const std::string booked = units.field(kind.limits[0].usedColumn).asText();
+        const long long percent = std::lround(std::max(tightest, 0.0) * 100);
+        lines.push_back({{tail, kind.label, units.field(kind.nameColumn).asText(),
+                          units.field(kind.serialColumn).asText(), where, landings ? "посадки" : "часы",
+                          landings ? countCell(booked) : Cell(booked), lifeLeft, overhaulLeft, othersLeft,
+                          Cell(std::to_string(percent) + "%", percent), tightestLimit ? tightestLimit : "",
+                          alert(tightest)},
+                         tightest});
     }
+}
+
+// Edits (insertions, deletions, substitutions of a byte) that turn one text
+// into the other.
+std::size_t editDistance(const std::string& from, const std::string& to) {
+    std::vector<std::size_t> row(to.size() + 1);
+    for (std::size_t j = 0; j < row.size(); ++j) row[j] = j;
+    for (std::size_t i = 1; i <= from.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i;
+        for (std::size_t j = 1; j <= to.size(); ++j) {
+            const std::size_t above = row[j];
+            row[j] = std::min({above + 1, row[j - 1] + 1, diagonal + (from[i - 1] == to[j - 1] ? 0 : 1)});
+            diagonal = above;
+        }
+    }
+    return row[to.size()];
+}
+
+// The refusal of a tail number the register lacks, offering the nearest
+// ones, letter case aside, when any is a typo or two away.
+std::string noSuchAircraft(const std::string& tail, const std::vector<std::string>& tails) {
+    constexpr std::size_t closeEnough = 2;
+    constexpr std::size_t offered = 5;
+    const std::string wanted = upperCase(tail);
+    std::size_t nearest = closeEnough + 1;
+    std::vector<std::string> near;
+    for (const std::string& each : tails) {
+        const std::size_t distance = editDistance(wanted, upperCase(each));
+        if (distance < nearest) {
+            nearest = distance;
+            near.clear();
+        }
+        if (distance == nearest && near.size() < offered) near.push_back(each);
+    }
+    const std::string refusal = "no aircraft '" + tail + "'";
+    if (near.empty()) return refusal + " in the register";
+    std::string names;
+    for (const std::string& each : near) names += (names.empty() ? "" : ", ") + each;
+    return refusal + "; did you mean " + names + "?";
 }
 
 }  // namespace
 
-int runStatus(std::ostream& out, const Options& options, const std::optional<std::string>& tail) {
+int runStatus(std::ostream& out, const Options& options, const std::optional<std::string>& tail,
+              StatusOrder order) {
     db::Connection connection;
     openMainDatabase(connection, options);
     std::vector<std::string> tails;
-    db::DataSet aircraft(connection, "select BORTOVOI_NOMER from REESTR" +
-                                         (tail ? " where BORTOVOI_NOMER = " + db::quoted(*tail) : std::string()) +
-                                         " order by BORTOVOI_NOMER");
+    db::DataSet aircraft(connection, "select BORTOVOI_NOMER from REESTR order by BORTOVOI_NOMER");
     for (aircraft.open(); !aircraft.eof(); aircraft.next()) tails.push_back(aircraft.field(0).asText());
-    if (tail && tails.empty()) throw Error("no aircraft " + *tail + " in the register");
+    if (tail) {
+        if (std::find(tails.begin(), tails.end(), *tail) == tails.end()) throw Error(noSuchAircraft(*tail, tails));
+        tails = {*tail};
+    }
 
     Listing listing({{"Tail"},
                      {"Kind"},
@@ -177,16 +252,18 @@ int runStatus(std::ostream& out, const Options& options, const std::optional<std
                      {"Booked", true},
                      {"Left", true},
                      {"Left to overhaul", true},
-                     {"Left, other", true},
+                     {"Left, other"},
                      {"Tightest", true},
-                     {""}});
-    for (const std::string& each : tails) {
-        std::vector<UnitLine> lines;
+                     {"Tightest limit"},
+                     {"Alert"}});
+    std::vector<UnitLine> lines;
+    for (const std::string& each : tails)
         for (const StatusKind& kind : statusKinds) addUnits(connection, kind, each, lines);
+    // Lines come by aircraft and kind; urgency puts the tightest of them all first.
+    if (order == StatusOrder::urgency)
         std::stable_sort(lines.begin(), lines.end(),
                          [](const UnitLine& a, const UnitLine& b) { return a.tightest < b.tightest; });
-        for (auto& line : lines) listing.add(std::move(line.cells));
-    }
+    for (auto& line : lines) listing.add(std::move(line.cells));
     listing.print(out, options.format);
     return 0;
 }
