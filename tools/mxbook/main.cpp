@@ -12,7 +12,6 @@
 #include "cli_host.h"
 #include "commands.h"
 #include "mxbook/error.h"
-#include "mxbook/format.h"
 #include "registry.h"
 
 namespace {
