@@ -137,7 +137,16 @@ int GetID(db::Connection& connection, const std::string& generatorName) {
         });
     if (!identifier) throw db::Error("'" + generatorName + "' is not the name of a generator");
     db::DataSet next(connection, "select GEN_ID(" + generatorName + ", 1) as new_val from RDB$database;");
-    next.open();
+    try {
+        next.open();
+    } catch (const db::Error&) {
+        // Firebird tells of a missing generator in terms of its request language.
+        db::DataSet known(connection, "select 1 from RDB$GENERATORS where RDB$GENERATOR_NAME = upper(" +
+                                          db::quoted(generatorName) + ")");
+        known.open();
+        if (known.eof()) throw db::Error("no generator " + generatorName + " in the database");
+        throw;
+    }
     return next.field(0).asInt();
 }
 

@@ -152,11 +152,7 @@ TEST_F(CliTest, BadInputIsOneLineNamingWhatFailedAndExitTwo) {
         std::string error;
     } cases[] = {
         {{"call", "NoSuchFunction"}, "no library function NoSuchFunction"},
-        {{"call", "FunBookYear", "abc"}, "'abc' is not a valid integer"},
-        {{"call", "FunBookYear"}, "FunBookYear takes 1 arguments"},
         {{"call", "FunOstatChas", "@AGREGAT:99999999", "12", "17"}, "no row: @AGREGAT:99999999"},
-        {{"call", "FunOstatChas", "@AGREGAT;drop:1", "12", "17"}, "is not a table name"},
-        {{"call", "FunNepNarTros", "@LEBEDKA:1", "RA-21001", "29", "31.02.2024"}, "'31.02.2024' is not a valid date"},
         {{"call", "--db", "/nonexistent/NALET.FDB", "FunMaxDvigExp"}, "cannot open the main database"},
     };
     for (const auto& c : cases) {
@@ -226,55 +222,59 @@ TEST_F(CliTest, BadInputToEveryFunctionChangesNothing) {
     const struct {
         std::vector<std::string> arguments;
         std::string error;
+        int exitCode = 2;  // 1: a wrong argument, refused before the call
     } cases[] = {
-        {{"GetUserRoot", "abc"}, "takes 0 arguments"},
-        {{"GetCommonRoot", ""}, "takes 0 arguments"},
-        {{"GetUserDesktop", "x"}, "takes 0 arguments"},
-        {{"GetUserBase", "x"}, "takes 0 arguments"},
-        {{"GetBaseDocTO", "x"}, "takes 0 arguments"},
-        {{"GetBaseReport", "x"}, "takes 0 arguments"},
-        {{"GetUserPhoto", "x"}, "takes 0 arguments"},
-        {{"GetFileVersion"}, "takes 1 arguments"},
-        {{"GetProviderExits", "1"}, "takes 0 arguments"},
-        {{"FunConnection", "x"}, "takes 0 arguments"},
-        {{"FunConnectDocTO", "x"}, "takes 0 arguments"},
-        {{"FunConnectReport", "x"}, "takes 0 arguments"},
-        {{"FunConPhoto", "x"}, "takes 0 arguments"},
+        {{"GetUserRoot", "abc"}, "takes 0 arguments, 1 given", 1},
+        {{"GetCommonRoot", ""}, "takes 0 arguments, 1 given", 1},
+        {{"GetUserDesktop", "x"}, "takes 0 arguments, 1 given", 1},
+        {{"GetUserBase", "x"}, "takes 0 arguments, 1 given", 1},
+        {{"GetBaseDocTO", "x"}, "takes 0 arguments, 1 given", 1},
+        {{"GetBaseReport", "x"}, "takes 0 arguments, 1 given", 1},
+        {{"GetUserPhoto", "x"}, "takes 0 arguments, 1 given", 1},
+        {{"GetFileVersion"}, "takes 1 argument, 0 given", 1},
+        {{"GetProviderExits", "1"}, "takes 0 arguments, 1 given", 1},
+        {{"FunConnection", "x"}, "takes 0 arguments, 1 given", 1},
+        {{"FunConnectDocTO", "x"}, "takes 0 arguments, 1 given", 1},
+        {{"FunConnectReport", "x"}, "takes 0 arguments, 1 given", 1},
+        {{"FunConPhoto", "x"}, "takes 0 arguments, 1 given", 1},
         {{"GetID", ""}, "is not the name of a generator"},
         {{"GetID", "GEN_ETA_ZCU_ID, 1) from rdb$database; --"}, "is not the name of a generator"},
-        {{"FunMaxDvigExp", "x"}, "takes 0 arguments"},
+        {{"FunMaxDvigExp", "x"}, "takes 0 arguments, 1 given", 1},
         {{"FunHourCorrectFromVS", row("AGREGAT", bad.hoursText), "17", "10"}, "'abc' is not a valid operating time"},
         {{"FunHourCorrectToVS", row("AGREGAT", bad.hoursDigits), "17", "10"}, "'12:3x' is not a valid"},
-        {{"FunIntegerCorrectFromVS", "@REESTR:1", "abc", "1"}, "'abc' is not a valid integer"},
+        {{"FunIntegerCorrectFromVS", "@REESTR:1", "abc", "1"}, "'abc' is not an integer", 1},
         {{"FunIntegerCorrectToVS", "@REESTR:99999999", "21", "1"}, "no row: @REESTR:99999999"},
-        {{"FunChageToColon", "ab"}, "a key is one character"},
-        {{"FunChageToPoint", ""}, "a key is one character"},
-        {{"FunMsg", "x", "abc"}, "'abc' is not a valid integer"},
-        {{"GetActiveWindowTitle", "x"}, "takes 0 arguments"},
+        {{"FunChageToColon", "ab"}, "a key is one character", 1},
+        {{"FunChageToPoint", ""}, "a key is one character", 1},
+        {{"FunMsg", "x", "abc"}, "'abc' is not an integer", 1},
+        {{"GetActiveWindowTitle", "x"}, "takes 0 arguments, 1 given", 1},
         {{"FunNepNarAgr", row("AGREGAT", bad.hoursHuge), "17"}, "'99999999:00' is not a valid operating time"},
         {{"FunNepNarLopast", row("LOPAST", bad.unknownTail), "26"}, "'RA-NOPE' is not a valid tail number"},
         {{"FunNepNarZCU", "@ZCU:99999999", "11"}, "no row: @ZCU:99999999"},
         {{"FunNepNarShlang", "@sql:select * from SHLANG where 1 = 0"}, "no row"},
-        {{"FunNepNarHvostVint", "@HVOSTOVOY_VINT:1", "abc"}, "'abc' is not a valid integer"},
-        {{"FunNepNarLebedka", "@LEBEDKA:1", ""}, "'' is not a valid integer"},
-        {{"FunNepNarTros", "@LEBEDKA:1", "RA-21001", "29", "31.02.2024"}, "'31.02.2024' is not a valid date"},
-        {{"FunOstatTros", "@LEBEDKA:1", "29", "23", ""}, "'' is not a valid date"},
+        {{"FunNepNarHvostVint", "@HVOSTOVOY_VINT:1", "abc"}, "'abc' is not an integer", 1},
+        {{"FunNepNarLebedka", "@LEBEDKA:1", ""}, "'' is not an integer", 1},
+        {{"FunNepNarTros", "@LEBEDKA:1", "RA-21001", "29", "31.02.2024"}, "'31.02.2024' is not a date", 1},
+        {{"FunOstatTros", "@LEBEDKA:1", "29", "23", ""}, "'' is not a date", 1},
         {{"FunOstatChas", row("AGREGAT", bad.hoursText), "12", "17"}, "'abc' is not a valid operating time"},
         {{"FunOstatInteger", row("AGREGAT", bad.hoursDigits), "12", "17"}, "'12:3x' is not a valid integer"},
         {{"FunOstatLet", row("AGREGAT", bad.calendar), "13", "6"}, "'abc' is not a valid calendar limit"},
-        {{"FunNarabLet", "@AGREGAT:1", "x"}, "'x' is not a valid integer"},
-        {{"FunBookYear", ""}, "'' is not a valid integer"},
+        {{"FunNarabLet", "@AGREGAT:1", "x"}, "'x' is not an integer", 1},
+        {{"FunBookYear", ""}, "'' is not an integer", 1},
         {{"FunDataSniatia", row("AGREGAT", bad.calendar), "9", "10", "6", "13", "13"}, "'abc' is not a valid calendar"},
-        {{"FunOstatChas", "@AGREGAT':1", "12", "17"}, "is not a table name"},
+        {{"FunOstatChas", "@AGREGAT':1", "12", "17"}, "is not a table name", 1},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.arguments[0]);
         std::vector<std::string> arguments = {"call"};
         arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
         const Outcome call = run(arguments);
-        EXPECT_EQ(call.exitCode, 2) << call.out;
-        EXPECT_EQ(lines(call.err), 1) << call.err;
-        EXPECT_NE(call.err.find(c.error), std::string::npos) << call.err;
+        EXPECT_EQ(call.exitCode, c.exitCode) << call.out;
+        const std::string first = call.err.substr(0, call.err.find('\n') + 1);
+        EXPECT_NE(first.find(c.error), std::string::npos) << call.err;
+        if (c.exitCode == 2) {
+            EXPECT_EQ(call.err, first);
+        }
     }
     for (const std::string tail : {"RA-1'1", "' or ''='"}) {
         const Outcome status = run({"status", tail});

@@ -6,36 +6,64 @@
 
 namespace mxbook::cli {
 
-std::vector<std::string> callableFunctions() {
-    std::vector<std::string> names;
-    for (const Callable& each : callables()) names.push_back(each.name);
-    return names;
+namespace {
+
+const Callable& callableNamed(const std::string& function) {
+    const Callable* found = findCallable(function);
+    if (!found) throw Error("no library function " + function + " (mxbook call --list names them)");
+    return *found;
+}
+
+}  // namespace
+
+int runCallList(std::ostream& out, Format format) {
+    if (format == Format::table) {
+        // One signature a line, for grep.
+        for (const Callable& each : callables()) out << each.signature() << "\n";
+        return 0;
+    }
+    Listing listing({{"function"}, {"arguments"}, {"returns"}});
+    for (const Callable& each : callables()) {
+        std::string arguments;
+        for (const Parameter& parameter : each.parameters) arguments += (arguments.empty() ? "" : " ") + parameter.name;
+        listing.add({each.name, arguments, each.returns});
+    }
+    listing.print(out, format);
+    return 0;
+}
+
+int runCallHelp(std::ostream& out, const std::string& function) {
+    out << callableNamed(function).help();
+    return 0;
 }
 
 int runCall(std::ostream& out, const Options& options, const std::string& function,
             const std::vector<std::string>& arguments) {
-    const auto& all = callables();
-    const auto found = std::find_if(all.begin(), all.end(), [&](const Callable& c) { return c.name == function; });
-    if (found == all.end()) throw Error("no library function " + function + " (mxbook call --list names them)");
-    if (arguments.size() != found->parameters.size()) {
-        std::string usage = found->name;
-        for (const std::string& parameter : found->parameters) usage += " <" + parameter + ">";
-        throw Error(function + " takes " + std::to_string(found->parameters.size()) + " arguments: " + usage);
+    const Callable& callable = callableNamed(function);
+    const std::size_t wanted = callable.parameters.size();
+    if (arguments.size() != wanted)
+        throw UsageError(function + " takes " + std::to_string(wanted) + (wanted == 1 ? " argument, " : " arguments, ") +
+                             std::to_string(arguments.size()) + " given",
+                         callable.help());
+    try {
+        callable.check(arguments);
+    } catch (const UsageError& wrong) {
+        throw UsageError(wrong.what(), callable.help());
     }
     CallContext context(options);
-    const std::string result = found->invoke(context, arguments);
+    const std::string result = callable.invoke(context, arguments);
     const std::vector<std::string> changes = context.storeChangedRows();
     const std::vector<std::string> keys = context.keys();
     if (options.format == Format::json) {
         out << "{\"function\": " << jsonString(function);
-        if (!found->returnsNothing) out << ", \"result\": " << jsonString(result);
+        if (!callable.returnsNothing) out << ", \"result\": " << jsonString(result);
         for (const std::string& key : keys) out << ", \"key\": " << jsonString(key);
         out << ", \"changed\": [";
         for (std::size_t i = 0; i < changes.size(); ++i) out << (i ? ", " : "") << jsonString(changes[i]);
         out << "]}\n";
         return 0;
     }
-    if (!found->returnsNothing) out << result << "\n";
+    if (!callable.returnsNothing) out << result << "\n";
     for (const std::string& key : keys) out << key << "\n";
     for (const std::string& change : changes) out << change << "\n";
     return 0;

@@ -1,6 +1,6 @@
 // The commands of the mxbook program. Each prints to `out` and returns the
 // exit code; a failure raises mxbook::Error, which main turns into one line
-// and exit code 2.
+// and exit code 2, and a wrong argument UsageError (exit code 1).
 #pragma once
 
 #include <optional>
@@ -9,9 +9,22 @@
 #include <vector>
 
 #include "mxbook/data/connection.h"
+#include "mxbook/error.h"
 #include "output.h"
 
 namespace mxbook::cli {
+
+// A wrong argument: main prints it with `usage` (the command's own when
+// empty) and exits 1.
+class UsageError : public Error {
+public:
+    explicit UsageError(const std::string& message, std::string usage = {})
+        : Error(message), usage_(std::move(usage)) {}
+    const std::string& usage() const noexcept { return usage_; }
+
+private:
+    std::string usage_;
+};
 
 struct Options {
     Format format = Format::table;
@@ -29,8 +42,10 @@ int runStatus(std::ostream& out, const Options& options, const std::optional<std
 // One library function by name, with its arguments as text.
 int runCall(std::ostream& out, const Options& options, const std::string& function,
             const std::vector<std::string>& arguments);
-// The names of the functions `call` reaches.
-std::vector<std::string> callableFunctions();
+// The functions `call` reaches: each one's signature and what it returns.
+int runCallList(std::ostream& out, Format format);
+// What one function returns and how its arguments are written.
+int runCallHelp(std::ostream& out, const std::string& function);
 
 // The main database, opened; raises mxbook::Error naming the location and the reason.
 void openMainDatabase(db::Connection& connection, const Options& options);

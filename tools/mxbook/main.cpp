@@ -1,7 +1,10 @@
 // mxbook: the command-line face of the library.
+#include <signal.h>
 #include <stdlib.h>
+#include <unistd.h>
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -9,7 +12,7 @@
 #include "cli_host.h"
 #include "commands.h"
 #include "mxbook/error.h"
-#include "mxbook/format.h"
+#include "registry.h"
 
 namespace {
 
@@ -22,17 +25,82 @@ std::string freshFolder() {
     return pattern;
 }
 
+// Exit codes: the README promises them.
+constexpr int wrongArgument = 1, failure = 2, interrupted = 130;
+
+// Ctrl-C ends the program at once, whatever statement the database is
+// running: one line, and the database left as an ended process leaves it.
+void onInterrupt(int) {
+    constexpr char message[] = "mxbook: interrupted\n";
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, message, sizeof message - 1);
+    _exit(interrupted);
+}
+
+void catchInterrupts() {
+    struct sigaction action {};
+    action.sa_handler = onInterrupt;
+    sigemptyset(&action.sa_mask);
+    sigaction(SIGINT, &action, nullptr);
+}
+
+std::size_t editDistance(const std::string& a, const std::string& b) {
+    std::vector<std::size_t> row(b.size() + 1);
+    for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
+    for (std::size_t i = 1; i <= a.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i;
+        for (std::size_t j = 1; j <= b.size(); ++j) {
+            const std::size_t above = row[j];
+            row[j] = std::min({row[j] + 1, row[j - 1] + 1, diagonal + (a[i - 1] == b[j - 1] ? 0 : 1)});
+            diagonal = above;
+        }
+    }
+    return row[b.size()];
+}
+
+// "no command 'stauts'; did you mean status?", the suggestion only when one
+// command is a slip of two letters away.
+std::string noCommand(const CLI::App& app, const std::string& word) {
+    std::string text = "no command '" + word + "'";
+    std::size_t best = 3;
+    std::string closest;
+    for (const CLI::App* command : app.get_subcommands({})) {
+        const std::size_t distance = editDistance(word, command->get_name());
+        if (distance < best) best = distance, closest = command->get_name();
+    }
+    return closest.empty() ? text : text + "; did you mean " + closest + "?";
+}
+
+int wrongUsage(const std::string& message, const std::string& usage) {
+    std::cerr << "mxbook: " << message << "\n" << usage;
+    return wrongArgument;
+}
+
+// A command line CLI11 refused: help and the version as asked, else the
+// reason with the usage of the command it got to.
+int refused(CLI::App& app, const CLI::ParseError& error) {
+    const std::vector<std::string> left = app.remaining();
+    if (app.get_subcommands().empty() && !left.empty() && !left.front().starts_with("-"))
+        return wrongUsage(noCommand(app, left.front()), app.help());
+    if (error.get_exit_code() == 0) return app.exit(error);
+    return wrongUsage(error.what(), app.help());
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App app{"mxbook: the bookkeeping of aircraft technical maintenance"};
+    catchInterrupts();
+    CLI::App app{"mxbook: the bookkeeping of aircraft technical maintenance", "mxbook"};
+    app.set_version_flag("--version", MXBOOK_VERSION);
     app.require_subcommand(1);
     app.fallthrough();  // the global options may follow the command too
     std::string root, format = "table", today, answer, database;
     app.add_option("--root", root, "keep the settings, the values file and the databases in this folder");
     app.add_option("--format", format, "table, csv or json")->check(CLI::IsMember({"table", "csv", "json"}));
     app.add_option("--db", database, "the main database's location instead of the settled one (a path or host:path)");
-    app.add_option("--today", today, "the date the library sees as today, YYYY-MM-DD");
+    auto* todayOption = app.add_option(
+        "--today", today,
+        "the date the library sees as today, YYYY-MM-DD: it moves the calendar only, counters are as booked");
     app.add_option("--answer", answer, "the answer to every Yes/No question")->check(CLI::IsMember({"yes", "no"}));
 
     auto* init =
@@ -48,8 +116,11 @@ int main(int argc, char** argv) {
     auto* call = app.add_subcommand("call", "call one library function by name and print what it returns");
     std::string function;
     std::vector<std::string> arguments;
-    bool list = false;
-    call->add_flag("--list", list, "name the functions that can be called");
+    bool list = false, functionHelp = false;
+    call->add_flag("--list", list, "each function that can be called, with its arguments");
+    // Help of its own, so that `call FUNCTION --help` tells of FUNCTION.
+    call->set_help_flag();
+    call->add_flag("-h,--help", functionHelp, "this help, or with FUNCTION what it returns and takes");
     call->add_option("function", function, "the function's name, as FunOstatChas");
     call->add_option("arguments", arguments,
                      "its arguments: @TABLE:ID or @sql:SELECT ... for a row, texts, integers, dates");
@@ -58,7 +129,7 @@ int main(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : 1;
+        return refused(app, error);
     }
 
     auto host = std::make_shared<CliHost>();
@@ -67,10 +138,10 @@ int main(int argc, char** argv) {
         Options options;
         options.format = format == "csv" ? Format::csv : format == "json" ? Format::json : Format::table;
         if (!database.empty()) options.database = database;
-        if (!today.empty()) {
-            FormatSettings iso = host->formatSettings();
-            iso.shortDateFormat = "yyyy-mm-dd";
-            host->setToday(parseShortDate(today, iso));
+        if (*todayOption) {
+            const std::optional<Date> date = isoDate(today);
+            if (!date) throw UsageError("--today: '" + today + "' is not a date written YYYY-MM-DD");
+            host->setToday(*date);
         }
         if (!answer.empty())
             host->setQuestionPolicy(answer == "yes" ? ConsoleHost::QuestionPolicy::alwaysYes
@@ -86,20 +157,21 @@ int main(int argc, char** argv) {
         if (*status)
             return runStatus(std::cout, options, tail.empty() ? std::nullopt : std::optional(tail),
                              sort == "aircraft" ? StatusOrder::aircraft : StatusOrder::urgency);
-        if (list) {
-            for (const std::string& name : callableFunctions()) std::cout << name << "\n";
+        if (list) return runCallList(std::cout, options.format);
+        if (functionHelp && !function.empty()) return runCallHelp(std::cout, function);
+        if (functionHelp) {
+            std::cout << app.help();
             return 0;
         }
-        if (function.empty()) {
-            std::cerr << call->help();
-            return 1;
-        }
+        if (function.empty()) return wrongUsage("call wants a function's name", app.help());
         return runCall(std::cout, options, function, arguments);
+    } catch (const UsageError& error) {
+        return wrongUsage(error.what(), error.usage().empty() ? app.help() : error.usage());
     } catch (const std::exception& error) {
         // One line, whatever lines the database's message has.
         std::string text = error.what();
         for (std::size_t at; (at = text.find('\n')) != std::string::npos;) text.replace(at, 1, "; ");
         std::cerr << "mxbook: " << text << "\n";
-        return 2;
+        return failure;
     }
 }

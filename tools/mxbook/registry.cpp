@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <string_view>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 
@@ -15,12 +18,24 @@
 
 namespace mxbook::cli {
 
+std::optional<Date> isoDate(std::string_view text) {
+    const auto digits = [&](std::size_t from, std::size_t count) {
+        return std::all_of(text.begin() + static_cast<std::ptrdiff_t>(from),
+                           text.begin() + static_cast<std::ptrdiff_t>(from + count),
+                           [](char c) { return c >= '0' && c <= '9'; });
+    };
+    if (text.size() != 10 || text[4] != '-' || text[7] != '-' || !digits(0, 4) || !digits(5, 2) || !digits(8, 2))
+        return std::nullopt;
+    const int year = parseInt(text.substr(0, 4)), month = parseInt(text.substr(5, 2)), day = parseInt(text.substr(8, 2));
+    if (!Date::isValid(year, month, day)) return std::nullopt;
+    return Date::fromYmd(year, month, day);
+}
+
 namespace {
 
 Date dateArgument(const std::string& text) {
     // "2024-03-15", or the short date format ("15.03.2024").
-    if (text.size() == 10 && text[4] == '-' && text[7] == '-')
-        return Date::fromYmd(parseInt(text.substr(0, 4)), parseInt(text.substr(5, 2)), parseInt(text.substr(8, 2)));
+    if (const auto date = isoDate(text)) return *date;
     return parseShortDate(text, host().formatSettings());
 }
 
@@ -30,37 +45,89 @@ bool isName(const std::string& text) {
     });
 }
 
-// How each parameter type is given on the command line.
+// The statement a row argument stands for.
+std::string rowQuery(const std::string& argument) {
+    if (argument.starts_with("@sql:")) return argument.substr(5);
+    const auto colon = argument.find(':');
+    if (!argument.starts_with("@") || colon == std::string::npos)
+        throw UsageError("a row is written @TABLE:ID or @sql:SELECT ..., not '" + argument + "'");
+    const std::string table = argument.substr(1, colon - 1), id = argument.substr(colon + 1);
+    if (!isName(table)) throw UsageError("'" + table + "' is not a table name");
+    if (id.empty() || id.size() > 18 || !std::all_of(id.begin(), id.end(), [](char c) { return c >= '0' && c <= '9'; }))
+        throw UsageError("'" + id + "' is not a row's ID");
+    return "select * from " + table + " where ID = " + id;
+}
+
+// A key argument: one character, or "#code" for a control key ("8" is the
+// digit, "#8" Backspace).
+char32_t keyValue(const std::string& argument) {
+    if (argument.size() > 1 && argument.size() <= 8 && argument.starts_with("#") &&
+        std::all_of(argument.begin() + 1, argument.end(), [](char c) { return c >= '0' && c <= '9'; }))
+        return static_cast<char32_t>(parseInt(argument.substr(1)));
+    std::u32string decoded;
+    for (std::size_t i = 0; i < argument.size();) {
+        const unsigned char c = static_cast<unsigned char>(argument[i]);
+        const int length = c < 0x80 ? 1 : c < 0xE0 ? 2 : c < 0xF0 ? 3 : 4;
+        char32_t code = length == 1 ? c : c & (0x7F >> length);
+        for (int k = 1; k < length && i + static_cast<std::size_t>(k) < argument.size(); ++k)
+            code = (code << 6) | (static_cast<unsigned char>(argument[i + static_cast<std::size_t>(k)]) & 0x3F);
+        decoded += code;
+        i += static_cast<std::size_t>(length);
+    }
+    if (decoded.size() != 1) throw UsageError("a key is one character, or #code, not '" + argument + "'");
+    return decoded[0];
+}
+
+// A text that must convert: the conversion's own complaint becomes a plain
+// "'x' is not an integer".
+template <typename F>
+void mustConvert(const std::string& text, const char* what, F convert) {
+    try {
+        convert(text);
+    } catch (const ConversionError&) {
+        throw UsageError("'" + text + "' is not " + what);
+    }
+}
+
+// How each parameter type is given on the command line: `kind` for the help
+// (none for the implicit connection), `check` the text before anything runs,
+// `get` the value for the call.
 template <typename T>
-struct Parameter;
+struct Argument;
 template <>
-struct Parameter<db::Connection&> {
-    static constexpr const char* kind = nullptr;  // implicit
+struct Argument<db::Connection&> {
+    static constexpr const char* kind = nullptr;
+    static void check(const std::string&) {}
     static db::Connection& get(CallContext& context, const std::string*) { return context.connection(); }
 };
 template <>
-struct Parameter<db::DataSet&> {
-    static constexpr const char* kind = "@TABLE:ID|@sql:SELECT...";
+struct Argument<db::DataSet&> {
+    static constexpr const char* kind = "a row: @TABLE:ID or @sql:SELECT ...";
+    static void check(const std::string& text) { rowQuery(text); }
     static db::DataSet& get(CallContext& context, const std::string* text) { return context.dataSet(*text); }
 };
 template <>
-struct Parameter<const std::string&> {
+struct Argument<const std::string&> {
     static constexpr const char* kind = "text";
+    static void check(const std::string&) {}
     static const std::string& get(CallContext&, const std::string* text) { return *text; }
 };
 template <>
-struct Parameter<int> {
-    static constexpr const char* kind = "integer";
+struct Argument<int> {
+    static constexpr const char* kind = "an integer";
+    static void check(const std::string& text) { mustConvert(text, "an integer", parseInt); }
     static int get(CallContext&, const std::string* text) { return parseInt(*text); }
 };
 template <>
-struct Parameter<Date> {
-    static constexpr const char* kind = "date";
+struct Argument<Date> {
+    static constexpr const char* kind = "a date: YYYY-MM-DD, or as the short date format writes it";
+    static void check(const std::string& text) { mustConvert(text, "a date", dateArgument); }
     static Date get(CallContext&, const std::string* text) { return dateArgument(*text); }
 };
 template <>
-struct Parameter<char32_t&> {
-    static constexpr const char* kind = "key";
+struct Argument<char32_t&> {
+    static constexpr const char* kind = "a key: one character, or #code for a control key";
+    static void check(const std::string& text) { keyValue(text); }
     static char32_t& get(CallContext& context, const std::string* text) { return context.key(*text); }
 };
 
@@ -73,35 +140,73 @@ std::string resultText(R value) {
     }
 }
 
+// Which text argument each parameter takes: the implicit connection takes none.
+template <typename... P>
+std::array<std::size_t, sizeof...(P)> textPositions() {
+    constexpr std::array<bool, sizeof...(P)> fromText = {(Argument<P>::kind != nullptr)...};
+    std::array<std::size_t, sizeof...(P)> position{};
+    std::size_t next = 0;
+    for (std::size_t i = 0; i < sizeof...(P); ++i) position[i] = fromText[i] ? next++ : next;
+    return position;
+}
+
 template <typename R, typename... P, std::size_t... I>
 std::string invoke(R (*function)(P...), CallContext& context, const std::vector<std::string>& arguments,
                    std::index_sequence<I...>) {
-    // Which text argument each parameter takes: the implicit connection takes none.
-    constexpr std::array<bool, sizeof...(P)> fromText = {(Parameter<P>::kind != nullptr)...};
-    std::array<std::size_t, sizeof...(P) + 1> textIndex{};
-    for (std::size_t i = 0; i < sizeof...(P); ++i) textIndex[i + 1] = textIndex[i] + (fromText[i] ? 1 : 0);
-    if (arguments.size() != textIndex.back())
-        throw ArgumentError(std::to_string(textIndex.back()) + " arguments wanted, " +
-                            std::to_string(arguments.size()) + " given");
-    const auto text = [&](std::size_t i) { return fromText[i] ? &arguments[textIndex[i]] : nullptr; };
+    [[maybe_unused]] const auto position = textPositions<P...>();
+    // Braces convert the arguments left to right, so the first bad row is the one reported.
+    std::tuple<P...> values{Argument<P>::get(context, Argument<P>::kind ? &arguments[position[I]] : nullptr)...};
     if constexpr (std::is_void_v<R>) {
-        function(Parameter<P>::get(context, text(I))...);
+        std::apply(function, values);
         return {};
     } else {
-        return resultText(function(Parameter<P>::get(context, text(I))...));
+        return resultText(std::apply(function, values));
     }
 }
 
+template <typename P>
+void checkArgument(const std::vector<Parameter>& parameters, const std::vector<std::string>& arguments, std::size_t at) {
+    if constexpr (Argument<P>::kind != nullptr) {
+        try {
+            Argument<P>::check(arguments[at]);
+        } catch (const UsageError& wrong) {
+            throw UsageError("argument " + std::to_string(at + 1) + " (" + parameters[at].name + "): " + wrong.what());
+        }
+    }
+}
+
+template <typename... P, std::size_t... I>
+void checkArguments(const std::vector<Parameter>& parameters, const std::vector<std::string>& arguments,
+                    std::index_sequence<I...>) {
+    [[maybe_unused]] const auto position = textPositions<P...>();
+    (checkArgument<P>(parameters, arguments, position[I]), ...);
+}
+
 template <typename R, typename... P>
-Callable callable(const char* name, R (*function)(P...)) {
+Callable callable(R (*function)(P...), std::string_view signature, std::string returns) {
+    std::vector<std::string> words;
+    for (std::size_t at = 0; at < signature.size();) {
+        const std::size_t end = std::min(signature.find(' ', at), signature.size());
+        words.emplace_back(signature.substr(at, end - at));
+        at = end + 1;
+    }
     Callable entry;
-    entry.name = name;
+    entry.name = words.front();
+    std::size_t next = 1;
     (
         [&] {
-            if (Parameter<P>::kind) entry.parameters.emplace_back(Parameter<P>::kind);
+            if (Argument<P>::kind) {
+                if (next == words.size()) throw Error("the signature " + std::string(signature) + " names too few arguments");
+                entry.parameters.push_back({words[next++], Argument<P>::kind});
+            }
         }(),
         ...);
+    if (next != words.size()) throw Error("the signature " + std::string(signature) + " names too many arguments");
+    entry.returns = std::move(returns);
     entry.returnsNothing = std::is_void_v<R>;
+    entry.check = [parameters = entry.parameters](const std::vector<std::string>& arguments) {
+        checkArguments<P...>(parameters, arguments, std::index_sequence_for<P...>{});
+    };
     entry.invoke = [function](CallContext& context, const std::vector<std::string>& arguments) {
         return invoke(function, context, arguments, std::index_sequence_for<P...>{});
     };
@@ -109,6 +214,27 @@ Callable callable(const char* name, R (*function)(P...)) {
 }
 
 }  // namespace
+
+std::string Callable::signature() const {
+    std::string text = name;
+    for (const Parameter& parameter : parameters) text += " " + parameter.name;
+    return text;
+}
+
+std::string Callable::help() const {
+    std::string text = "usage: mxbook call " + signature() + "\n" + returns + "\n";
+    std::size_t width = 0;
+    for (const Parameter& parameter : parameters) width = std::max(width, parameter.name.size());
+    for (const Parameter& parameter : parameters)
+        text += "  " + parameter.name + std::string(width - parameter.name.size() + 2, ' ') + parameter.kind + "\n";
+    return text;
+}
+
+const Callable* findCallable(std::string_view name) {
+    const auto& all = callables();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const Callable& c) { return c.name == name; });
+    return found == all.end() ? nullptr : &*found;
+}
 
 db::Connection& CallContext::connection() {
     if (!connection_) {
@@ -119,18 +245,7 @@ db::Connection& CallContext::connection() {
 }
 
 db::DataSet& CallContext::dataSet(const std::string& argument) {
-    std::string sql;
-    if (argument.starts_with("@sql:")) {
-        sql = argument.substr(5);
-    } else if (argument.starts_with("@") && argument.find(':') != std::string::npos) {
-        const auto colon = argument.find(':');
-        const std::string table = argument.substr(1, colon - 1);
-        if (!isName(table)) throw Error("'" + table + "' is not a table name");
-        sql = "select * from " + table + " where ID = " + std::to_string(parseInt64(argument.substr(colon + 1)));
-    } else {
-        throw Error("a row is written @TABLE:ID or @sql:SELECT ..., not '" + argument + "'");
-    }
-    auto rows = std::make_unique<db::DataSet>(connection(), sql);
+    auto rows = std::make_unique<db::DataSet>(connection(), rowQuery(argument));
     rows->open();
     if (rows->eof()) throw Error("no row: " + argument);
     Row row{std::move(rows), {}};
@@ -140,26 +255,7 @@ db::DataSet& CallContext::dataSet(const std::string& argument) {
 }
 
 char32_t& CallContext::key(const std::string& argument) {
-    const std::u32string keys = [&] {
-        std::u32string decoded;
-        for (std::size_t i = 0; i < argument.size();) {
-            const unsigned char c = static_cast<unsigned char>(argument[i]);
-            const int length = c < 0x80 ? 1 : c < 0xE0 ? 2 : c < 0xF0 ? 3 : 4;
-            char32_t code = length == 1 ? c : c & (0x7F >> length);
-            for (int k = 1; k < length && i + static_cast<std::size_t>(k) < argument.size(); ++k)
-                code = (code << 6) | (static_cast<unsigned char>(argument[i + static_cast<std::size_t>(k)]) & 0x3F);
-            decoded += code;
-            i += static_cast<std::size_t>(length);
-        }
-        return decoded;
-    }();
-    // A number stands for a control key ("8" is Backspace only when written "#8").
-    char32_t value = keys.size() == 1 ? keys[0] : 0;
-    if (argument.starts_with("#"))
-        value = static_cast<char32_t>(parseInt(argument.substr(1)));
-    else if (keys.size() != 1)
-        throw Error("a key is one character, or #code, not '" + argument + "'");
-    keys_.push_back(std::make_unique<char32_t>(value));
+    keys_.push_back(std::make_unique<char32_t>(keyValue(argument)));
     return *keys_.back();
 }
 
@@ -191,49 +287,53 @@ std::vector<std::string> CallContext::storeChangedRows() {
     return changes;
 }
 
+// Each function's signature names its text arguments (the connection is
+// implicit); the line after it says what it returns.
 const std::vector<Callable>& callables() {
+    // clang-format off
     static const std::vector<Callable> all = {
         // Folders, settings, connections and identifiers.
-        callable("GetUserRoot", &GetUserRoot),
-        callable("GetCommonRoot", &GetCommonRoot),
-        callable("GetUserDesktop", &GetUserDesktop),
-        callable("GetUserBase", &GetUserBase),
-        callable("GetBaseDocTO", &GetBaseDocTO),
-        callable("GetBaseReport", &GetBaseReport),
-        callable("GetUserPhoto", &GetUserPhoto),
-        callable("GetFileVersion", &GetFileVersion),
-        callable("GetProviderExits", &GetProviderExits),
-        callable("FunConnection", &FunConnection),
-        callable("FunConnectDocTO", &FunConnectDocTO),
-        callable("FunConnectReport", &FunConnectReport),
-        callable("FunConPhoto", &FunConPhoto),
-        callable("GetID", &GetID),
-        callable("FunMaxDvigExp", &FunMaxDvigExp),
+        callable(&GetUserRoot, "GetUserRoot", "the per-user application folder: the documents folder, /, PROGRAM_ROOT, /"),
+        callable(&GetCommonRoot, "GetCommonRoot", "the shared application folder: the shared documents folder, /, PROGRAM_ROOT, /"),
+        callable(&GetUserDesktop, "GetUserDesktop", "the user's desktop folder"),
+        callable(&GetUserBase, "GetUserBase", "the main database's location (a path or host:path), settled in the values file by the first call"),
+        callable(&GetBaseDocTO, "GetBaseDocTO", "the documentation database's location, settled as GetUserBase settles the main one"),
+        callable(&GetBaseReport, "GetBaseReport", "the report database's location, settled as GetUserBase settles the main one"),
+        callable(&GetUserPhoto, "GetUserPhoto", "the picture database's location, settled as GetUserBase settles the main one"),
+        callable(&GetFileVersion, "GetFileVersion FILE", "the FileVersion of a Windows executable or DLL; empty for any other file"),
+        callable(&GetProviderExits, "GetProviderExits", "the provider family on the machine: 1 for LCPI version 5, 2 for version 3, 3 for none"),
+        callable(&FunConnection, "FunConnection", "nothing: opens the main database, or shows why it cannot"),
+        callable(&FunConnectDocTO, "FunConnectDocTO", "nothing: opens the documentation database, or shows why it cannot"),
+        callable(&FunConnectReport, "FunConnectReport", "nothing: opens the report database, or shows why it cannot"),
+        callable(&FunConPhoto, "FunConPhoto", "nothing: opens the picture database, or shows why it cannot"),
+        callable(&GetID, "GetID GENERATOR", "the generator's next value; every call advances it by one"),
+        callable(&FunMaxDvigExp, "FunMaxDvigExp", "the next free movement number: the highest in DVIGENIE_V_EKSPLUATACII plus one, or 1"),
         // Conventions.
-        callable("FunHourCorrectFromVS", &FunHourCorrectFromVS),
-        callable("FunHourCorrectToVS", &FunHourCorrectToVS),
-        callable("FunIntegerCorrectFromVS", &FunIntegerCorrectFromVS),
-        callable("FunIntegerCorrectToVS", &FunIntegerCorrectToVS),
-        callable("FunChageToColon", &FunChageToColon),
-        callable("FunChageToPoint", &FunChageToPoint),
-        callable("FunMsg", &FunMsg),
-        callable("GetActiveWindowTitle", &GetActiveWindowTitle),
-        // Remaining life.
-        callable("FunNepNarAgr", &FunNepNarAgr),
-        callable("FunNepNarLopast", &FunNepNarLopast),
-        callable("FunNepNarZCU", &FunNepNarZCU),
-        callable("FunNepNarShlang", &FunNepNarShlang),
-        callable("FunNepNarHvostVint", &FunNepNarHvostVint),
-        callable("FunNepNarLebedka", &FunNepNarLebedka),
-        callable("FunNepNarTros", &FunNepNarTros),
-        callable("FunOstatTros", &FunOstatTros),
-        callable("FunOstatChas", &FunOstatChas),
-        callable("FunOstatInteger", &FunOstatInteger),
-        callable("FunOstatLet", &FunOstatLet),
-        callable("FunNarabLet", &FunNarabLet),
-        callable("FunBookYear", &FunBookYear),
-        callable("FunDataSniatia", &FunDataSniatia),
+        callable(&FunHourCorrectFromVS, "FunHourCorrectFromVS ROW HOURS_COLUMN MINUTES", "the operating time in HOURS_COLUMN less MINUTES (a unit leaving), never below 0:00; the row is not changed"),
+        callable(&FunHourCorrectToVS, "FunHourCorrectToVS ROW HOURS_COLUMN MINUTES", "the operating time in HOURS_COLUMN plus MINUTES (a unit arriving); the row is not changed"),
+        callable(&FunIntegerCorrectFromVS, "FunIntegerCorrectFromVS ROW COUNT_COLUMN COUNT", "the counter in COUNT_COLUMN less COUNT, never below 0; the row is not changed"),
+        callable(&FunIntegerCorrectToVS, "FunIntegerCorrectToVS ROW COUNT_COLUMN COUNT", "the counter in COUNT_COLUMN plus COUNT; the row is not changed"),
+        callable(&FunChageToColon, "FunChageToColon KEY", "the key an hour entry keeps: digits, Backspace, Enter and Escape pass, any other becomes :"),
+        callable(&FunChageToPoint, "FunChageToPoint KEY", "the key a number entry keeps: digits, Backspace, Enter and Escape pass, any other becomes ."),
+        callable(&FunMsg, "FunMsg TEXT NUMBER", "nothing: shows message NUMBER (0 to 31) of the catalogue, built with TEXT, in a warning box"),
+        callable(&GetActiveWindowTitle, "GetActiveWindowTitle", "the foreground window's title; empty without one"),
+        // Remaining life: ROW is a unit's row of all columns; columns count from 0.
+        callable(&FunNepNarAgr, "FunNepNarAgr ROW OWN_COLUMN", "a component's operating time: its own (OWN_COLUMN) plus what its carrier ran since it was installed"),
+        callable(&FunNepNarLopast, "FunNepNarLopast ROW OWN_COLUMN", "a blade's operating time: its own (OWN_COLUMN) plus what its carrier ran since it was installed"),
+        callable(&FunNepNarZCU, "FunNepNarZCU ROW OWN_COLUMN", "a ZCU unit's operating time: its own (OWN_COLUMN) plus what its carrier ran since it was installed"),
+        callable(&FunNepNarShlang, "FunNepNarShlang ROW", "a hose's operating time: its own (column 12) plus what its carrier ran since it was installed"),
+        callable(&FunNepNarHvostVint, "FunNepNarHvostVint ROW OWN_COLUMN", "a tail rotor's operating time: its own (OWN_COLUMN) plus what its carrier ran since it was installed"),
+        callable(&FunNepNarLebedka, "FunNepNarLebedka ROW OWN_COLUMN", "a winch's operating time: its own (OWN_COLUMN) plus what its carrier ran since it was installed"),
+        callable(&FunNepNarTros, "FunNepNarTros ROW TAIL CYCLES_COLUMN END_DATE", "a winch cable's hoists: its own (CYCLES_COLUMN; 29 counts people, any other cargo) plus TAIL's flights up to END_DATE"),
+        callable(&FunOstatTros, "FunOstatTros ROW USED_COLUMN LIMIT_COLUMN END_DATE", "the hoists left of the cable's limit (LIMIT_COLUMN) after those used (USED_COLUMN, derived up to END_DATE)"),
+        callable(&FunOstatChas, "FunOstatChas ROW LIMIT_COLUMN USED_COLUMN", "the hours left of the limit (whole hours in LIMIT_COLUMN) after those used (USED_COLUMN): H:MM, or 00:00"),
+        callable(&FunOstatInteger, "FunOstatInteger ROW LIMIT_COLUMN USED_COLUMN", "the count left of the limit (LIMIT_COLUMN) after the count used (USED_COLUMN), or 0"),
+        callable(&FunOstatLet, "FunOstatLet ROW LIMIT_COLUMN START_DATE_COLUMN", "the calendar life left of the limit (YY.MM in LIMIT_COLUMN) counted from START_DATE_COLUMN: 1г. 8м., or 0"),
+        callable(&FunNarabLet, "FunNarabLet ROW START_DATE_COLUMN", "the calendar time run since the date in START_DATE_COLUMN: 2г. 6м., or 0"),
+        callable(&FunBookYear, "FunBookYear MONTHS", "the word for the whole years in MONTHS months: г. or л."),
+        callable(&FunDataSniatia, "FunDataSniatia ROW OVERHAUL_DATE_COLUMN OVERHAUL_COUNT_COLUMN MANUFACTURE_DATE_COLUMN INTERVAL_LIMIT_COLUMN TOTAL_LIMIT_COLUMN", "the date (dd.mm.yy) the unit must come off by its calendar limits from manufacture and last overhaul; empty without limits"),
     };
+    // clang-format on
     return all;
 }
 
