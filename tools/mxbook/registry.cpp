@@ -183,7 +183,9 @@ void checkArguments(const std::vector<Parameter>& parameters, const std::vector<
 }
 
 template <typename R, typename... P>
-Callable callable(R (*function)(P...), std::string_view signature, std::string returns) {
+Callable callable(R (*function)(P...), std::string_view name, std::string_view parameterNames,
+                  std::string returns) {
+    const std::string signature = std::string(name) + (parameterNames.empty() ? "" : " ") + std::string(parameterNames);
     std::vector<std::string> words;
     for (std::size_t at = 0; at < signature.size();) {
         const std::size_t end = std::min(signature.find(' ', at), signature.size());
@@ -196,12 +198,12 @@ Callable callable(R (*function)(P...), std::string_view signature, std::string r
     (
         [&] {
             if (Argument<P>::kind) {
-                if (next == words.size()) throw Error("the signature " + std::string(signature) + " names too few arguments");
+                if (next == words.size()) throw Error("the signature " + signature + " names too few arguments");
                 entry.parameters.push_back({words[next++], Argument<P>::kind});
             }
         }(),
         ...);
-    if (next != words.size()) throw Error("the signature " + std::string(signature) + " names too many arguments");
+    if (next != words.size()) throw Error("the signature " + signature + " names too many arguments");
     entry.returns = std::move(returns);
     entry.returnsNothing = std::is_void_v<R>;
     entry.check = [parameters = entry.parameters](const std::vector<std::string>& arguments) {
@@ -293,45 +295,45 @@ const std::vector<Callable>& callables() {
     // clang-format off
     static const std::vector<Callable> all = {
         // Folders, settings, connections and identifiers.
-        callable(&GetUserRoot, "GetUserRoot", "the per-user application folder: the documents folder, /, PROGRAM_ROOT, /"),
-        callable(&GetCommonRoot, "GetCommonRoot", "the shared application folder: the shared documents folder, /, PROGRAM_ROOT, /"),
-        callable(&GetUserDesktop, "GetUserDesktop", "the user's desktop folder"),
-        callable(&GetUserBase, "GetUserBase", "the main database's location (a path or host:path), settled in the values file by the first call"),
-        callable(&GetBaseDocTO, "GetBaseDocTO", "the documentation database's location, settled as GetUserBase settles the main one"),
-        callable(&GetBaseReport, "GetBaseReport", "the report database's location, settled as GetUserBase settles the main one"),
-        callable(&GetUserPhoto, "GetUserPhoto", "the picture database's location, settled as GetUserBase settles the main one"),
-        callable(&GetFileVersion, "GetFileVersion FILE", "the FileVersion of a Windows executable or DLL; empty for any other file"),
-        callable(&GetProviderExits, "GetProviderExits", "the provider family on the machine: 1 for LCPI version 5, 2 for version 3, 3 for none"),
-        callable(&FunConnection, "FunConnection", "nothing: opens the main database, or shows why it cannot"),
-        callable(&FunConnectDocTO, "FunConnectDocTO", "nothing: opens the documentation database, or shows why it cannot"),
-        callable(&FunConnectReport, "FunConnectReport", "nothing: opens the report database, or shows why it cannot"),
-        callable(&FunConPhoto, "FunConPhoto", "nothing: opens the picture database, or shows why it cannot"),
-        callable(&GetID, "GetID GENERATOR", "the generator's next value; every call advances it by one"),
-        callable(&FunMaxDvigExp, "FunMaxDvigExp", "the next free movement number: the highest in DVIGENIE_V_EKSPLUATACII plus one, or 1"),
+        callable(&GetUserRoot, "GetUserRoot", "", "the per-user application folder: the documents folder, /, PROGRAM_ROOT, /"),
+        callable(&GetCommonRoot, "GetCommonRoot", "", "the shared application folder: the shared documents folder, /, PROGRAM_ROOT, /"),
+        callable(&GetUserDesktop, "GetUserDesktop", "", "the user's desktop folder"),
+        callable(&GetUserBase, "GetUserBase", "", "the main database's location (a path or host:path), settled in the values file by the first call"),
+        callable(&GetBaseDocTO, "GetBaseDocTO", "", "the documentation database's location, settled as GetUserBase settles the main one"),
+        callable(&GetBaseReport, "GetBaseReport", "", "the report database's location, settled as GetUserBase settles the main one"),
+        callable(&GetUserPhoto, "GetUserPhoto", "", "the picture database's location, settled as GetUserBase settles the main one"),
+        callable(&GetFileVersion, "GetFileVersion", "FILE", "the FileVersion of a Windows executable or DLL; empty for any other file"),
+        callable(&GetProviderExits, "GetProviderExits", "", "the provider family on the machine: 1 for LCPI version 5, 2 for version 3, 3 for none"),
+        callable(&FunConnection, "FunConnection", "", "nothing: opens the main database, or shows why it cannot"),
+        callable(&FunConnectDocTO, "FunConnectDocTO", "", "nothing: opens the documentation database, or shows why it cannot"),
+        callable(&FunConnectReport, "FunConnectReport", "", "nothing: opens the report database, or shows why it cannot"),
+        callable(&FunConPhoto, "FunConPhoto", "", "nothing: opens the picture database, or shows why it cannot"),
+        callable(&GetID, "GetID", "GENERATOR", "the generator's next value; every call advances it by one"),
+        callable(&FunMaxDvigExp, "FunMaxDvigExp", "", "the next free movement number: the highest in DVIGENIE_V_EKSPLUATACII plus one, or 1"),
         // Conventions.
-        callable(&FunHourCorrectFromVS, "FunHourCorrectFromVS ROW HOURS_COLUMN MINUTES", "the operating time in HOURS_COLUMN less MINUTES (a unit leaving), never below 0:00; the row is not changed"),
-        callable(&FunHourCorrectToVS, "FunHourCorrectToVS ROW HOURS_COLUMN MINUTES", "the operating time in HOURS_COLUMN plus MINUTES (a unit arriving); the row is not changed"),
-        callable(&FunIntegerCorrectFromVS, "FunIntegerCorrectFromVS ROW COUNT_COLUMN COUNT", "the counter in COUNT_COLUMN less COUNT, never below 0; the row is not changed"),
-        callable(&FunIntegerCorrectToVS, "FunIntegerCorrectToVS ROW COUNT_COLUMN COUNT", "the counter in COUNT_COLUMN plus COUNT; the row is not changed"),
-        callable(&FunChageToColon, "FunChageToColon KEY", "the key an hour entry keeps: digits, Backspace, Enter and Escape pass, any other becomes :"),
-        callable(&FunChageToPoint, "FunChageToPoint KEY", "the key a number entry keeps: digits, Backspace, Enter and Escape pass, any other becomes ."),
-        callable(&FunMsg, "FunMsg TEXT NUMBER", "nothing: shows message NUMBER (0 to 31) of the catalogue, built with TEXT, in a warning box"),
-        callable(&GetActiveWindowTitle, "GetActiveWindowTitle", "the foreground window's title; empty without one"),
+        callable(&FunHourCorrectFromVS, "FunHourCorrectFromVS", "ROW HOURS_COLUMN MINUTES", "the operating time in HOURS_COLUMN less MINUTES (a unit leaving), never below 0:00; the row is not changed"),
+        callable(&FunHourCorrectToVS, "FunHourCorrectToVS", "ROW HOURS_COLUMN MINUTES", "the operating time in HOURS_COLUMN plus MINUTES (a unit arriving); the row is not changed"),
+        callable(&FunIntegerCorrectFromVS, "FunIntegerCorrectFromVS", "ROW COUNT_COLUMN COUNT", "the counter in COUNT_COLUMN less COUNT, never below 0; the row is not changed"),
+        callable(&FunIntegerCorrectToVS, "FunIntegerCorrectToVS", "ROW COUNT_COLUMN COUNT", "the counter in COUNT_COLUMN plus COUNT; the row is not changed"),
+        callable(&FunChageToColon, "FunChageToColon", "KEY", "the key an hour entry keeps: digits, Backspace, Enter and Escape pass, any other becomes :"),
+        callable(&FunChageToPoint, "FunChageToPoint", "KEY", "the key a number entry keeps: digits, Backspace, Enter and Escape pass, any other becomes ."),
+        callable(&FunMsg, "FunMsg", "TEXT NUMBER", "nothing: shows message NUMBER (0 to 31) of the catalogue, built with TEXT, in a warning box"),
+        callable(&GetActiveWindowTitle, "GetActiveWindowTitle", "", "the foreground window's title; empty without one"),
         // Remaining life: ROW is a unit's row of all columns; columns count from 0.
-        callable(&FunNepNarAgr, "FunNepNarAgr ROW OWN_COLUMN", "a component's operating time: its own (OWN_COLUMN) plus what its carrier ran since it was installed"),
-        callable(&FunNepNarLopast, "FunNepNarLopast ROW OWN_COLUMN", "a blade's operating time: its own (OWN_COLUMN) plus what its carrier ran since it was installed"),
-        callable(&FunNepNarZCU, "FunNepNarZCU ROW OWN_COLUMN", "a ZCU unit's operating time: its own (OWN_COLUMN) plus what its carrier ran since it was installed"),
-        callable(&FunNepNarShlang, "FunNepNarShlang ROW", "a hose's operating time: its own (column 12) plus what its carrier ran since it was installed"),
-        callable(&FunNepNarHvostVint, "FunNepNarHvostVint ROW OWN_COLUMN", "a tail rotor's operating time: its own (OWN_COLUMN) plus what its carrier ran since it was installed"),
-        callable(&FunNepNarLebedka, "FunNepNarLebedka ROW OWN_COLUMN", "a winch's operating time: its own (OWN_COLUMN) plus what its carrier ran since it was installed"),
-        callable(&FunNepNarTros, "FunNepNarTros ROW TAIL CYCLES_COLUMN END_DATE", "a winch cable's hoists: its own (CYCLES_COLUMN; 29 counts people, any other cargo) plus TAIL's flights up to END_DATE"),
-        callable(&FunOstatTros, "FunOstatTros ROW USED_COLUMN LIMIT_COLUMN END_DATE", "the hoists left of the cable's limit (LIMIT_COLUMN) after those used (USED_COLUMN, derived up to END_DATE)"),
-        callable(&FunOstatChas, "FunOstatChas ROW LIMIT_COLUMN USED_COLUMN", "the hours left of the limit (whole hours in LIMIT_COLUMN) after those used (USED_COLUMN): H:MM, or 00:00"),
-        callable(&FunOstatInteger, "FunOstatInteger ROW LIMIT_COLUMN USED_COLUMN", "the count left of the limit (LIMIT_COLUMN) after the count used (USED_COLUMN), or 0"),
-        callable(&FunOstatLet, "FunOstatLet ROW LIMIT_COLUMN START_DATE_COLUMN", "the calendar life left of the limit (YY.MM in LIMIT_COLUMN) counted from START_DATE_COLUMN: 1г. 8м., or 0"),
-        callable(&FunNarabLet, "FunNarabLet ROW START_DATE_COLUMN", "the calendar time run since the date in START_DATE_COLUMN: 2г. 6м., or 0"),
-        callable(&FunBookYear, "FunBookYear MONTHS", "the word for the whole years in MONTHS months: г. or л."),
-        callable(&FunDataSniatia, "FunDataSniatia ROW OVERHAUL_DATE_COLUMN OVERHAUL_COUNT_COLUMN MANUFACTURE_DATE_COLUMN INTERVAL_LIMIT_COLUMN TOTAL_LIMIT_COLUMN", "the date (dd.mm.yy) the unit must come off by its calendar limits from manufacture and last overhaul; empty without limits"),
+        callable(&FunNepNarAgr, "FunNepNarAgr", "ROW OWN_COLUMN", "a component's operating time: its own (OWN_COLUMN) plus what its carrier ran since it was installed"),
+        callable(&FunNepNarLopast, "FunNepNarLopast", "ROW OWN_COLUMN", "a blade's operating time: its own (OWN_COLUMN) plus what its carrier ran since it was installed"),
+        callable(&FunNepNarZCU, "FunNepNarZCU", "ROW OWN_COLUMN", "a ZCU unit's operating time: its own (OWN_COLUMN) plus what its carrier ran since it was installed"),
+        callable(&FunNepNarShlang, "FunNepNarShlang", "ROW", "a hose's operating time: its own (column 12) plus what its carrier ran since it was installed"),
+        callable(&FunNepNarHvostVint, "FunNepNarHvostVint", "ROW OWN_COLUMN", "a tail rotor's operating time: its own (OWN_COLUMN) plus what its carrier ran since it was installed"),
+        callable(&FunNepNarLebedka, "FunNepNarLebedka", "ROW OWN_COLUMN", "a winch's operating time: its own (OWN_COLUMN) plus what its carrier ran since it was installed"),
+        callable(&FunNepNarTros, "FunNepNarTros", "ROW TAIL CYCLES_COLUMN END_DATE", "a winch cable's hoists: its own (CYCLES_COLUMN; 29 counts people, any other cargo) plus TAIL's flights up to END_DATE"),
+        callable(&FunOstatTros, "FunOstatTros", "ROW USED_COLUMN LIMIT_COLUMN END_DATE", "the hoists left of the cable's limit (LIMIT_COLUMN) after those used (USED_COLUMN, derived up to END_DATE)"),
+        callable(&FunOstatChas, "FunOstatChas", "ROW LIMIT_COLUMN USED_COLUMN", "the hours left of the limit (whole hours in LIMIT_COLUMN) after those used (USED_COLUMN): H:MM, or 00:00"),
+        callable(&FunOstatInteger, "FunOstatInteger", "ROW LIMIT_COLUMN USED_COLUMN", "the count left of the limit (LIMIT_COLUMN) after the count used (USED_COLUMN), or 0"),
+        callable(&FunOstatLet, "FunOstatLet", "ROW LIMIT_COLUMN START_DATE_COLUMN", "the calendar life left of the limit (YY.MM in LIMIT_COLUMN) counted from START_DATE_COLUMN: 1г. 8м., or 0"),
+        callable(&FunNarabLet, "FunNarabLet", "ROW START_DATE_COLUMN", "the calendar time run since the date in START_DATE_COLUMN: 2г. 6м., or 0"),
+        callable(&FunBookYear, "FunBookYear", "MONTHS", "the word for the whole years in MONTHS months: г. or л."),
+        callable(&FunDataSniatia, "FunDataSniatia", "ROW OVERHAUL_DATE_COLUMN OVERHAUL_COUNT_COLUMN MANUFACTURE_DATE_COLUMN INTERVAL_LIMIT_COLUMN TOTAL_LIMIT_COLUMN", "the date (dd.mm.yy) the unit must come off by its calendar limits from manufacture and last overhaul; empty without limits"),
     };
     // clang-format on
     return all;
