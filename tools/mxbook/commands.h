@@ -16,12 +16,16 @@ namespace mxbook::cli {
 struct Options {
     Format format = Format::table;
     std::optional<std::string> database;  // --db: the main database's location instead of the settled one
+    bool repair = false;                  // init --repair: complete (or rebuild) an incomplete database
 };
 
-// Settles the four locations and creates the databases that do not exist.
+class RunFolder;
+
+// Settles the four locations, creates the databases that do not exist and
+// checks that those that do are whole; --repair completes those that are not.
 int runInit(std::ostream& out, const Options& options);
-// Init in `root` (a fresh temporary folder when empty), a demo fleet, an overview.
-int runDemo(std::ostream& out, const Options& options, const std::string& root);
+// Init in the run's folder (--root, or a fresh one), a demo fleet, an overview.
+int runDemo(std::ostream& out, const Options& options, RunFolder& folder);
 // The units of every aircraft (or one) with what is left of their limits.
 int runStatus(std::ostream& out, const Options& options, const std::optional<std::string>& tail);
 // One library function by name, with its arguments as text.
@@ -30,7 +34,8 @@ int runCall(std::ostream& out, const Options& options, const std::string& functi
 // The names of the functions `call` reaches.
 std::vector<std::string> callableFunctions();
 
-// The main database, opened; raises mxbook::Error naming the location and the reason.
+// The main database, opened and checked to be whole; raises mxbook::Error
+// naming the location and what is wrong (and what to run about it).
 void openMainDatabase(db::Connection& connection, const Options& options);
 
 }  // namespace mxbook::cli
