@@ -10,8 +10,10 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "mxbook/data/connection.h"
+#include "mxbook/data/error.h"
 #include "mxbook/schema.h"
 
 namespace mxbook {
@@ -53,14 +55,70 @@ void FunConPhoto(db::Connection& connection);
 // Opens `connection` on a database as the connect functions do (its
 // location from the values file, or `location` when given), but raises
 // db::Error with the reason instead of showing a message: for programs that
-// report failures themselves.
+// report failures themselves. A local location that does not exist as
+// written and matches more than one path without regard to case raises
+// mxbook::Error naming them (see matchLetterCase).
 void openDatabase(db::Connection& connection, schema::Database database);
 void openDatabase(db::Connection& connection, schema::Database database, const std::string& location);
 
-// A local path as the values file keeps it (upper-cased) turned into the
-// path that exists on disk, folder by folder without regard to letter case;
-// the part that does not exist yet, and a server's "host:path", stay as given.
+// A local path turned into the path on disk. The path as written is used
+// whenever it exists; only when it does not is it matched folder by folder
+// without regard to letter case, and when more than one path matches so,
+// mxbook::Error is raised naming them. The part that exists nowhere, and a
+// server's "host:path", stay as given.
 std::string matchLetterCase(const std::string& location);
+
+// The path (or a server's "host:path") the connect functions open for a
+// database: its settled location, the values file's upper-cased text turned
+// into the path on disk. The application folder composed from the host's
+// documents folder is the exact path and wins when the settled location is
+// that path upper-cased; otherwise the documents folder is taken exactly as
+// the host names it and only the rest is matched without regard to case (as
+// matchLetterCase does). Settles the location as GetUserBase does; raises
+// mxbook::Error as matchLetterCase does.
+std::string databasePath(schema::Database database);
+
+// For the rest of the process the database's location is `location` (a
+// path or "host:path"), whatever the values file holds: GetUserBase and the
+// other location functions return it, the connect functions and openDatabase
+// open it, and the values file is neither read nor written for it. An empty
+// text returns to the values file.
+void setRunLocation(schema::Database database, const std::string& location);
+
+// Why a database could not be opened, in words for a person.
+struct OpenFailure {
+    enum class Kind {
+        missing,            // no such file
+        folder,             // a folder stands at the location
+        noPermission,       // the file may not be read (or opened)
+        readOnly,           // the file may be read but not written
+        notDatabase,        // a file that is not a Firebird database
+        otherVersion,       // a database of another on-disk structure
+        incomplete,         // a database whose creation was cut short
+        inUse,              // another program has the embedded database open
+        serverUnreachable,  // no server answers at the location's host and port
+        login,              // the server refused the user name or password
+        other,              // Firebird's message says it
+    };
+    Kind kind;
+    // "no such file", "not a Firebird database", "the database server at
+    // HOST:PORT is unreachable", ...; Firebird's message for `other`.
+    std::string reason;
+};
+// `location` as it was opened (the path on disk, or "host:path") and the
+// error the opening raised. A local file is looked at on disk: missing, a
+// folder, its permissions; the rest comes from Firebird's error codes.
+OpenFailure explainOpenFailure(const std::string& location, const db::Error& error);
+
+// The objects the DDL of schema::ddl creates (tables, views, indexes,
+// generators, procedures, triggers) that the open database of `connection`
+// lacks, as "table REESTR", "index IX_..." in the order the DDL creates
+// them; none for a complete database. One query of the system tables.
+std::vector<std::string> missingSchemaObjects(db::Connection& connection, schema::Database database);
+// Runs the DDL statements that create the missing objects, in order, each
+// committed on its own; returns what they created. The objects already
+// there, and the rows in them, are left as they are.
+std::vector<std::string> completeSchema(db::Connection& connection, schema::Database database);
 
 // The next value of a generator; every call advances it by one.
 int GetID(db::Connection& connection, const std::string& generatorName);

@@ -66,10 +66,10 @@ std::string composeConnectionString(int providerCode, DatabaseKind kind, const s
 
 namespace {
 
-void open(db::Connection& connection, DatabaseKind kind, const std::string& location) {
+// `path` as openingLocation gives it: matched on disk already.
+void open(db::Connection& connection, DatabaseKind kind, const std::string& path) {
     connection.close();
-    connection.setConnectionString(
-        composeConnectionString(GetProviderExits(), kind, matchLetterCase(location), readSettings().password));
+    connection.setConnectionString(composeConnectionString(GetProviderExits(), kind, path, readSettings().password));
     connection.open();
 }
 
@@ -78,7 +78,7 @@ void connect(db::Connection& connection, DatabaseKind kind) {
     const Window owner = host().foregroundWindow();
     try {
         connection.close();
-        open(connection, kind, databaseLocation(kind));
+        open(connection, kind, openingLocation(kind));
     } catch (const std::exception&) {
         // The reason stays unsaid, as it always has: the message names the database only.
         connection.close();
@@ -87,12 +87,6 @@ void connect(db::Connection& connection, DatabaseKind kind) {
 }
 
 }  // namespace
-
-}  // namespace environment
-
-using environment::DatabaseKind;
-
-namespace {
 
 DatabaseKind kindOf(schema::Database database) {
     switch (database) {
@@ -104,14 +98,17 @@ DatabaseKind kindOf(schema::Database database) {
     return DatabaseKind::main;
 }
 
-}  // namespace
+}  // namespace environment
+
+using environment::DatabaseKind;
+using environment::kindOf;
 
 void openDatabase(db::Connection& connection, schema::Database database) {
-    environment::open(connection, kindOf(database), environment::databaseLocation(kindOf(database)));
+    environment::open(connection, kindOf(database), environment::openingLocation(kindOf(database)));
 }
 
 void openDatabase(db::Connection& connection, schema::Database database, const std::string& location) {
-    environment::open(connection, kindOf(database), location);
+    environment::open(connection, kindOf(database), matchLetterCase(location));
 }
 
 int GetProviderExits() {

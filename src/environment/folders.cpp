@@ -1,8 +1,12 @@
 #include <cstdlib>
 #include <filesystem>
+#include <mutex>
+#include <optional>
+#include <system_error>
 
 #include "ini_file.h"
 #include "mxbook/environment.h"
+#include "mxbook/error.h"
 #include "mxbook/host.h"
 #include "mxbook/text.h"
 #include "settings.h"
@@ -32,7 +36,29 @@ std::string applicationFolder(const std::string& base, const Settings& settings)
     return base + "/" + settings.programRoot + "/";
 }
 
+// The locations set for the run, by kind; none at first.
+struct RunLocations {
+    std::mutex mutex;
+    std::optional<std::string> locations[4];
+};
+
+RunLocations& runLocations() {
+    static RunLocations instance;
+    return instance;
+}
+
+bool exists(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::exists(path, error);
+}
+
 }  // namespace
+
+std::optional<std::string> runLocation(DatabaseKind kind) {
+    RunLocations& run = runLocations();
+    const std::lock_guard lock(run.mutex);
+    return run.locations[static_cast<int>(kind)];
+}
 
 Settings readSettings() {
     const std::filesystem::path executable = host().executablePath();
@@ -49,17 +75,38 @@ Settings readSettings() {
 // the application has always kept it) and returns it as composed; later
 // calls return what the file holds.
 std::string databaseLocation(DatabaseKind kind) {
+    if (auto forRun = runLocation(kind)) return *forRun;
     const Settings settings = readSettings();
     const DatabaseFile database = fileOf(kind);
     // A plain path: the database is embedded unless the values file names a server.
     const std::string composed = applicationFolder(host().documentsFolder(), settings) + database.fileName;
-    IniFile values(GetUserRoot() + settings.valuesFile);
+    const std::string userRoot = GetUserRoot();
+    IniFile values(userRoot + settings.valuesFile);
     if (!values.readBool(database.section, "CONNECTED", false)) {
+        if (!exists(userRoot))
+            throw Error("cannot settle the location of " + std::string(database.fileName) + ": the folder " + userRoot +
+                        " for the values file does not exist");
         values.writeBool(database.section, "CONNECTED", true);
         values.writeString(database.section, "CONNECTION_STRING", upperCase(composed));
         return composed;
     }
     return values.readString(database.section, "CONNECTION_STRING", "ERROR!!!");
+}
+
+// The settled location is the composed one upper-cased, as a rule: the
+// composed path then is the exact one, and it wins when it exists. Otherwise
+// the location is matched on disk below the documents folder, which the host
+// names exactly; a location set for the run is matched as it is written.
+std::string openingLocation(DatabaseKind kind) {
+    if (auto forRun = runLocation(kind)) return resolveLocalPath(*forRun, {});
+    const std::string settled = databaseLocation(kind);
+    if (isServerLocation(settled)) return settled;
+    const std::string documents = host().documentsFolder();
+    const std::string composed = applicationFolder(documents, readSettings()) + fileOf(kind).fileName;
+    const bool asComposed = upperCase(settled) == upperCase(composed);
+    if (asComposed && exists(composed)) return composed;
+    const std::string found = resolveLocalPath(settled, documents);
+    return asComposed && !exists(found) ? composed : found;
 }
 
 }  // namespace mxbook::environment
@@ -82,5 +129,19 @@ std::string GetUserBase() { return environment::databaseLocation(DatabaseKind::m
 std::string GetBaseDocTO() { return environment::databaseLocation(DatabaseKind::documentation); }
 std::string GetBaseReport() { return environment::databaseLocation(DatabaseKind::report); }
 std::string GetUserPhoto() { return environment::databaseLocation(DatabaseKind::picture); }
+
+std::string databasePath(schema::Database database) {
+    return environment::openingLocation(environment::kindOf(database));
+}
+
+void setRunLocation(schema::Database database, const std::string& location) {
+    environment::RunLocations& run = environment::runLocations();
+    const std::lock_guard lock(run.mutex);
+    auto& slot = run.locations[static_cast<int>(environment::kindOf(database))];
+    if (location.empty())
+        slot.reset();
+    else
+        slot = location;
+}
 
 }  // namespace mxbook

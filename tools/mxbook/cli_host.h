@@ -14,6 +14,7 @@ public:
     // The settings file, the values file and the databases all below `root`:
     // the program's folder and the documents folders are `root` itself.
     void setRoot(std::string root) { root_ = std::move(root); }
+    const std::optional<std::string>& root() const { return root_; }
 
     std::string executablePath() override;
     std::string documentsFolder() override;
@@ -22,6 +23,33 @@ public:
 
 private:
     std::optional<std::string> root_;
+};
+
+// The folder a run keeps its files in: the one --root names, or for a demo
+// without it a fresh temporary folder; none otherwise.
+class RunFolder {
+public:
+    // Makes the folder (--root's, with its parents, when missing) and points
+    // `host` at it. A folder that cannot be made or written raises
+    // mxbook::Error in one line naming it and the reason. `temporary`
+    // (--temp) asks for a fresh folder removed when the run ends; it does not
+    // go with --root.
+    RunFolder(CliHost& host, const std::string& root, bool demo, bool temporary);
+    // A fresh folder is removed when the run did not succeed, or when asked.
+    ~RunFolder();
+    RunFolder(const RunFolder&) = delete;
+    RunFolder& operator=(const RunFolder&) = delete;
+
+    // The folder as the user wrote it (a fresh folder's full path); empty for none.
+    const std::string& shown() const { return shown_; }
+    bool fresh() const { return fresh_; }
+    bool removedAtEnd() const { return fresh_ && temporary_; }
+    // The command finished: a fresh folder stays unless asked to go.
+    void succeeded() { succeeded_ = true; }
+
+private:
+    std::string shown_, path_;
+    bool fresh_ = false, temporary_ = false, succeeded_ = false;
 };
 
 }  // namespace mxbook::cli

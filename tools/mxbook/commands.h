@@ -29,12 +29,16 @@ private:
 struct Options {
     Format format = Format::table;
     std::optional<std::string> database;  // --db: the main database's location instead of the settled one
+    bool repair = false;                  // init --repair: complete (or rebuild) an incomplete database
 };
 
-// Settles the four locations and creates the databases that do not exist.
+class RunFolder;
+
+// Settles the four locations, creates the databases that do not exist and
+// checks that those that do are whole; --repair completes those that are not.
 int runInit(std::ostream& out, const Options& options);
-// Init in `root` (a fresh temporary folder when empty), a demo fleet, an overview.
-int runDemo(std::ostream& out, const Options& options, const std::string& root);
+// Init in the run's folder (--root, or a fresh one), a demo fleet, an overview.
+int runDemo(std::ostream& out, const Options& options, RunFolder& folder);
 // The units of every aircraft (or one) with what is left of their limits:
 // the tightest of them all first, or by aircraft and kind of unit.
 enum class StatusOrder { urgency, aircraft };
@@ -47,7 +51,8 @@ int runCallList(std::ostream& out, Format format);
 // What one function returns and how its arguments are written.
 int runCallHelp(std::ostream& out, const std::string& function);
 
-// The main database, opened; raises mxbook::Error naming the location and the reason.
+// The main database, opened and checked to be whole; raises mxbook::Error
+// naming the location and what is wrong (and what to run about it).
 void openMainDatabase(db::Connection& connection, const Options& options);
 
 }  // namespace mxbook::cli

@@ -11,6 +11,7 @@
 
 #include "cli_host.h"
 #include "commands.h"
+#include "mxbook/environment.h"
 #include "mxbook/error.h"
 #include "registry.h"
 
@@ -18,12 +19,6 @@ namespace {
 
 using namespace mxbook;
 using namespace mxbook::cli;
-
-std::string freshFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "mxbook-demo-XXXXXX").string();
-    if (!mkdtemp(pattern.data())) throw Error("cannot create a temporary folder");
-    return pattern;
-}
 
 // Exit codes: the README promises them.
 constexpr int wrongArgument = 1, failure = 2, interrupted = 130;
@@ -105,8 +100,11 @@ int main(int argc, char** argv) {
 
     auto* init =
         app.add_subcommand("init", "settle the four database locations and create the databases that are missing");
+    bool repair = false, temp = false;
+    init->add_flag("--repair", repair, "complete an incomplete database, or rebuild one that cannot be opened");
     auto* demo =
         app.add_subcommand("demo", "init in a fresh folder (or --root), fill the main database with a demo fleet");
+    demo->add_flag("--temp", temp, "remove the fresh folder at the end");
     auto* status = app.add_subcommand("status", "each aircraft's units and what is left of their limits");
     std::string tail;
     status->add_option("tail", tail, "one aircraft's tail number");
@@ -146,14 +144,11 @@ int main(int argc, char** argv) {
         if (!answer.empty())
             host->setQuestionPolicy(answer == "yes" ? ConsoleHost::QuestionPolicy::alwaysYes
                                                     : ConsoleHost::QuestionPolicy::alwaysNo);
-        if (*demo && root.empty()) root = freshFolder();
-        if (!root.empty()) {
-            std::filesystem::create_directories(root);
-            root = std::filesystem::canonical(root).string();
-            host->setRoot(root);
-        }
+        options.repair = repair;
+        RunFolder folder(*host, root, demo->parsed(), temp);
+        if (options.database) setRunLocation(schema::Database::main, *options.database);
         if (*init) return runInit(std::cout, options);
-        if (*demo) return runDemo(std::cout, options, root);
+        if (*demo) return runDemo(std::cout, options, folder);
         if (*status)
             return runStatus(std::cout, options, tail.empty() ? std::nullopt : std::optional(tail),
                              sort == "aircraft" ? StatusOrder::aircraft : StatusOrder::urgency);
