@@ -137,7 +137,7 @@ TEST_F(DatabasesTest, TwoFoldersThatDifferOnlyInCaseEachOpenTheirOwnDatabases) {
 
     const Outcome other = run({"status", "--root", lower, "RA-CASE"});
     EXPECT_EQ(other.exitCode, 2);
-    EXPECT_EQ(other.err, "mxbook: no aircraft RA-CASE in the register\n");
+    EXPECT_EQ(other.err, "mxbook: no aircraft 'RA-CASE' in the register\n");
     const Outcome own = run({"status", "--root", upper, "RA-CASE"});
     EXPECT_EQ(own.exitCode, 0) << own.err;
 
