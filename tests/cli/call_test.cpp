@@ -1,10 +1,6 @@
 // The mxbook program as a newcomer meets it: `call` described by itself,
 // wrong arguments named with the usage and exit code 1, Ctrl-C.
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -14,53 +10,19 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
+#include "run_mxbook.h"
 #include "temp_folder.h"
 
 namespace mxbook {
 namespace {
 
-struct Outcome {
-    int exitCode;
-    std::string out;
-    std::string err;
-};
+using testing::Outcome;
 
-std::string readFile(const std::filesystem::path& path) {
-    std::ifstream in(path);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-// Runs the program with `arguments` (no shell between), stdout and stderr to
-// files; `interruptAfter` sends it SIGINT after that long.
 Outcome mxbook(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
                std::optional<std::chrono::milliseconds> interruptAfter = std::nullopt) {
-    const auto out = folder / "stdout.txt", err = folder / "stderr.txt";
-    const pid_t child = fork();
-    if (child == 0) {
-        dup2(open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
-        dup2(open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
-        std::vector<char*> argv = {const_cast<char*>(MXBOOK_CLI)};
-        for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
-        argv.push_back(nullptr);
-        execv(MXBOOK_CLI, argv.data());
-        _exit(127);
-    }
-    int status = 0;
-    if (interruptAfter) {
-        std::this_thread::sleep_for(*interruptAfter);
-        kill(child, SIGINT);
-        // A program that ignores the interrupt is not left running the query.
-        for (int waited = 0; waitpid(child, &status, WNOHANG) == 0; ++waited) {
-            if (waited == 100) kill(child, SIGKILL);
-            std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        }
-    } else {
-        waitpid(child, &status, 0);
-    }
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile(out), readFile(err)};
+    return testing::runMxbook(arguments, folder, {{}, interruptAfter});
 }
 
 std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }

@@ -11,37 +11,16 @@
 #include <string>
 
 #include "mxbook/data.h"
+#include "run_mxbook.h"
 #include "temp_folder.h"
 
 namespace mxbook {
 namespace {
 
-struct Outcome {
-    int exitCode;
-    std::string out;
-    std::string err;
-};
-
-std::string quoted(const std::string& argument) {
-    std::string text = "'";
-    for (char c : argument) text += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return text + "'";
-}
+using testing::Outcome;
 
 Outcome mxbook(const std::vector<std::string>& arguments, const std::filesystem::path& folder) {
-    const auto errors = folder / "stderr.txt";
-    std::string command = MXBOOK_CLI;
-    for (const std::string& argument : arguments) command += " " + quoted(argument);
-    command += " 2>" + quoted(errors.string());
-    Outcome run{};
-    FILE* pipe = popen(command.c_str(), "r");
-    char buffer[4096];
-    for (std::size_t n; (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;) run.out.append(buffer, n);
-    const int status = pclose(pipe);
-    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    std::ifstream in(errors);
-    run.err.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    return run;
+    return testing::runMxbook(arguments, folder);
 }
 
 int lines(const std::string& text) { return static_cast<int>(std::count(text.begin(), text.end(), '\n')); }

@@ -27,6 +27,7 @@
 #include "mxbook/error.h"
 #include "mxbook/schema.h"
 #include "mxbook/text.h"
+#include "run_mxbook.h"
 #include "temp_folder.h"
 
 namespace mxbook {
@@ -34,36 +35,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct Outcome {
-    int exitCode;
-    std::string out;
-    std::string err;
-};
+using testing::Outcome;
 
-std::string quoted(const std::string& argument) {
+std::string quoted(const std::string& argument) {  // for a shell
     std::string text = "'";
     for (char c : argument) text += c == '\'' ? std::string("'\\''") : std::string(1, c);
     return text + "'";
 }
 
-// The program run as a user runs it; `environment` ("NAME=value" words) goes before it.
+// The program run as a user runs it; `environment` ("NAME=value" words) is set for it alone.
 Outcome mxbook(const std::vector<std::string>& arguments, const fs::path& folder,
                const std::vector<std::string>& environment = {}) {
-    const auto errors = folder / "stderr.txt";
-    std::string command = "env";
-    for (const std::string& each : environment) command += " " + quoted(each);
-    command += " " + quoted(MXBOOK_CLI);
-    for (const std::string& argument : arguments) command += " " + quoted(argument);
-    command += " 2>" + quoted(errors.string()) + " </dev/null";
-    Outcome run{};
-    FILE* pipe = popen(command.c_str(), "r");
-    char buffer[4096];
-    for (std::size_t n; (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;) run.out.append(buffer, n);
-    const int status = pclose(pipe);
-    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    std::ifstream in(errors);
-    run.err.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    return run;
+    return testing::runMxbook(arguments, folder, {environment, std::nullopt});
 }
 
 int lines(const std::string& text) { return static_cast<int>(std::count(text.begin(), text.end(), '\n')); }

@@ -1,25 +1,20 @@
 // `mxbook status` over a register of our own: units past, near and well
 // within their limits, in both orders and every format.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdio>
 #include <fstream>
 #include <memory>
 #include <sstream>
 #include <string>
 
 #include "mxbook/data.h"
+#include "run_mxbook.h"
 #include "temp_folder.h"
 
 namespace mxbook {
 namespace {
 
-struct Outcome {
-    int exitCode;
-    std::string out;
-    std::string err;
-};
+using testing::Outcome;
 
 class StatusTest : public ::testing::Test {
 protected:
@@ -50,20 +45,8 @@ protected:
     static std::string root() { return (folder_->path() / "velmo").string(); }
 
     static Outcome run(std::vector<std::string> arguments) {
-        std::string command = MXBOOK_CLI;
         arguments.insert(arguments.begin() + 1, {"--root", root(), "--today", "2024-04-15"});
-        for (const std::string& argument : arguments) command += " '" + argument + "'";
-        const auto errors = folder_->path() / "stderr.txt";
-        command += " 2>'" + errors.string() + "'";
-        Outcome outcome{};
-        FILE* pipe = popen(command.c_str(), "r");
-        char buffer[4096];
-        for (std::size_t n; (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;) outcome.out.append(buffer, n);
-        const int status = pclose(pipe);
-        outcome.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        std::ifstream in(errors);
-        outcome.err.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-        return outcome;
+        return testing::runMxbook(arguments, folder_->path());
     }
 
     // The CSV rows after the header, each split into its cells.

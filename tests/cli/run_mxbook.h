@@ -1,0 +1,28 @@
+// Running the built mxbook program as a user runs it, for the command-line tests.
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace mxbook::testing {
+
+struct Outcome {
+    int exitCode;  // -1 when the program did not exit by itself
+    std::string out;
+    std::string err;
+};
+
+struct RunOptions {
+    std::vector<std::string> environment;  // "NAME=value" set for the program alone
+    std::optional<std::chrono::milliseconds> interruptAfter;  // then SIGINT (and SIGKILL 10 s later)
+};
+
+// Runs the program with `arguments`, no shell between and nothing on its
+// standard input; its output passes through files in `folder`.
+Outcome runMxbook(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
+                  const RunOptions& options = {});
+
+}  // namespace mxbook::testing
