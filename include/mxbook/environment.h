@@ -78,13 +78,6 @@ std::string matchLetterCase(const std::string& location);
 // mxbook::Error as matchLetterCase does.
 std::string databasePath(schema::Database database);
 
-// For the rest of the process the database's location is `location` (a
-// path or "host:path"), whatever the values file holds: GetUserBase and the
-// other location functions return it, the connect functions and openDatabase
-// open it, and the values file is neither read nor written for it. An empty
-// text returns to the values file.
-void setRunLocation(schema::Database database, const std::string& location);
-
 // Why a database could not be opened, in words for a person.
 struct OpenFailure {
     enum class Kind {

@@ -65,6 +65,16 @@ public:
     virtual Date today() = 0;
     virtual Timestamp now() = 0;
     virtual FormatSettings formatSettings() = 0;
+
+    // A database location the host chose for this run, by the database's
+    // section of the values file ("BASE", "PTD", "REPORT", "PICTURE"): the
+    // location functions return it and the connect functions open it, and
+    // the values file is neither read nor written for that database. None by
+    // default.
+    virtual std::optional<std::string> databaseLocation(std::string_view section) {
+        (void)section;
+        return std::nullopt;
+    }
 };
 
 // The installed host, valid while it stays installed or its installer

@@ -1,6 +1,5 @@
 #include <cstdlib>
 #include <filesystem>
-#include <mutex>
 #include <optional>
 #include <system_error>
 
@@ -36,17 +35,6 @@ std::string applicationFolder(const std::string& base, const Settings& settings)
     return base + "/" + settings.programRoot + "/";
 }
 
-// The locations set for the run, by kind; none at first.
-struct RunLocations {
-    std::mutex mutex;
-    std::optional<std::string> locations[4];
-};
-
-RunLocations& runLocations() {
-    static RunLocations instance;
-    return instance;
-}
-
 bool exists(const std::string& path) {
     std::error_code error;
     return std::filesystem::exists(path, error);
@@ -54,11 +42,7 @@ bool exists(const std::string& path) {
 
 }  // namespace
 
-std::optional<std::string> runLocation(DatabaseKind kind) {
-    RunLocations& run = runLocations();
-    const std::lock_guard lock(run.mutex);
-    return run.locations[static_cast<int>(kind)];
-}
+std::optional<std::string> runLocation(DatabaseKind kind) { return host().databaseLocation(fileOf(kind).section); }
 
 Settings readSettings() {
     const std::filesystem::path executable = host().executablePath();
@@ -132,16 +116,6 @@ std::string GetUserPhoto() { return environment::databaseLocation(DatabaseKind::
 
 std::string databasePath(schema::Database database) {
     return environment::openingLocation(environment::kindOf(database));
-}
-
-void setRunLocation(schema::Database database, const std::string& location) {
-    environment::RunLocations& run = environment::runLocations();
-    const std::lock_guard lock(run.mutex);
-    auto& slot = run.locations[static_cast<int>(environment::kindOf(database))];
-    if (location.empty())
-        slot.reset();
-    else
-        slot = location;
 }
 
 }  // namespace mxbook

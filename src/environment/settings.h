@@ -24,7 +24,8 @@ enum class DatabaseKind { main, documentation, report, picture };
 DatabaseKind kindOf(schema::Database database);
 
 // The database's location as the values file settles and keeps it, or the
-// one set for the run (setRunLocation), which leaves the values file alone.
+// one the host chose for the run (Host::databaseLocation), which leaves the
+// values file alone.
 std::string databaseLocation(DatabaseKind kind);
 // The location set for the run, if any.
 std::optional<std::string> runLocation(DatabaseKind kind);

@@ -79,14 +79,14 @@ TEST_F(OpeningTest, ALocationSetForTheRunIsOpenedAndTheValuesFileLeftAlone) {
         db::Connection created;
         schema::createDatabase(created, schema::Database::main, other);
     }
-    setRunLocation(schema::Database::main, other);
+    host().locations["BASE"] = other;
     EXPECT_EQ(GetUserBase(), other);
     db::Connection connection;
     FunConnection(connection);
     EXPECT_TRUE(connection.isOpen());
     EXPECT_TRUE(host().shown.empty());
     EXPECT_FALSE(fs::exists(userRoot() / "VelmoValues.ini"));
-    setRunLocation(schema::Database::main, "");
+    host().locations.clear();
     EXPECT_EQ(GetUserBase(), (userRoot() / "NALET.FDB").string());
 }
 

@@ -29,6 +29,10 @@ public:
     Date today() override { return todayDate; }
     Timestamp now() override { return Timestamp{todayDate, timeOfDay}; }
     FormatSettings formatSettings() override { return settings; }
+    std::optional<std::string> databaseLocation(std::string_view section) override {
+        const auto found = locations.find(std::string(section));
+        return found == locations.end() ? std::nullopt : std::optional(found->second);
+    }
 
     // Every box shown, in order.
     std::vector<Shown> shown;
@@ -44,6 +48,8 @@ public:
     Date todayDate = Date::fromYmd(2024, 3, 15);
     Time timeOfDay = Time::fromHms(9, 30);
     FormatSettings settings;
+    // Locations chosen for the run, by values-file section.
+    std::map<std::string, std::string> locations;
 };
 
 }  // namespace mxbook::testing

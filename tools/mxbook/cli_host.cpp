@@ -71,4 +71,8 @@ RunFolder::~RunFolder() {
     fs::remove_all(path_, ignored);
 }
 
+std::optional<std::string> CliHost::databaseLocation(std::string_view section) {
+    return section == "BASE" ? mainDatabase_ : std::nullopt;
+}
+
 }  // namespace mxbook::cli

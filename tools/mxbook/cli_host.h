@@ -16,13 +16,18 @@ public:
     void setRoot(std::string root) { root_ = std::move(root); }
     const std::optional<std::string>& root() const { return root_; }
 
+    // --db: the main database is there for this run, whatever the values file says.
+    void setMainDatabase(std::string location) { mainDatabase_ = std::move(location); }
+
     std::string executablePath() override;
     std::string documentsFolder() override;
     std::string desktopFolder() override;
     std::string sharedDocumentsFolder() override;
+    std::optional<std::string> databaseLocation(std::string_view section) override;
 
 private:
     std::optional<std::string> root_;
+    std::optional<std::string> mainDatabase_;
 };
 
 // The folder a run keeps its files in: the one --root names, or for a demo

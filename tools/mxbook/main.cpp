@@ -146,7 +146,7 @@ int main(int argc, char** argv) {
                                                     : ConsoleHost::QuestionPolicy::alwaysNo);
         options.repair = repair;
         RunFolder folder(*host, root, demo->parsed(), temp);
-        if (options.database) setRunLocation(schema::Database::main, *options.database);
+        if (options.database) host->setMainDatabase(*options.database);
         if (*init) return runInit(std::cout, options);
         if (*demo) return runDemo(std::cout, options, folder);
         if (*status)
