@@ -57,33 +57,6 @@ TEST_F(CliTest, DemoFilledTheRootAndInitFindsEverything) {
     EXPECT_NE(again.err.find("holds aircraft already"), std::string::npos) << again.err;
 }
 
-TEST_F(CliTest, StatusOfOneAircraftTightestFirst) {
-    const Outcome status = run({"status", "RA-21001", "--format", "csv"});
-    ASSERT_EQ(status.exitCode, 0) << status.err;
-    EXPECT_EQ(status.out.rfind("Tail,Kind,Unit,Serial,On,Counts,Booked,Left,", 0), 0u) << status.out;
-    EXPECT_GT(lines(status.out), 50);
-    // Every row is the aircraft's, and the shares never grow down the list.
-    std::istringstream rows(status.out);
-    std::string row;
-    std::getline(rows, row);
-    int previous = -1;
-    while (std::getline(rows, row)) {
-        EXPECT_EQ(row.rfind("RA-21001,", 0), 0u) << row;
-        const auto percent = row.rfind('%');
-        const auto comma = row.rfind(',', percent);
-        const int share = std::stoi(row.substr(comma + 1, percent - comma - 1));
-        EXPECT_GE(share, previous) << row;
-        previous = share;
-    }
-}
-
-TEST_F(CliTest, StatusOfAnUnknownAircraftIsOneLineAndExitTwo) {
-    const Outcome status = run({"status", "N404"});
-    EXPECT_EQ(status.exitCode, 2);
-    EXPECT_EQ(status.err, "mxbook: no aircraft 'N404' in the register\n");
-    EXPECT_EQ(status.out, "");
-}
-
 TEST_F(CliTest, CallReachesLibraryFunctionsByName) {
     const struct {
         std::vector<std::string> arguments;
