@@ -13,6 +13,7 @@
 #include "mxbook/error.h"
 #include "mxbook/format.h"
 #include "mxbook/host.h"
+#include "mxbook/movements.h"
 #include "mxbook/remaining_life.h"
 #include "mxbook/text.h"
 
@@ -334,6 +335,9 @@ const std::vector<Callable>& callables() {
         callable(&FunNarabLet, "FunNarabLet", "ROW START_DATE_COLUMN", "the calendar time run since the date in START_DATE_COLUMN: 2г. 6м., or 0"),
         callable(&FunBookYear, "FunBookYear", "MONTHS", "the word for the whole years in MONTHS months: г. or л."),
         callable(&FunDataSniatia, "FunDataSniatia", "ROW OVERHAUL_DATE_COLUMN OVERHAUL_COUNT_COLUMN MANUFACTURE_DATE_COLUMN INTERVAL_LIMIT_COLUMN TOTAL_LIMIT_COLUMN", "the date (dd.mm.yy) the unit must come off by its calendar limits from manufacture and last overhaul; empty without limits"),
+        // Movements: ROW is an AGREGAT row; its changed counters are stored.
+        callable(&FunMoveAgregatToVS, "FunMoveAgregatToVS", "ROW TAIL DATE", "nothing: the unit's reading at installation (16), counters (17, 18) and oil time (21) brought to DATE on aircraft TAIL"),
+        callable(&FunMoveAgregatFromVS, "FunMoveAgregatFromVS", "ROW AIRCRAFT_TYPE TAIL DATE", "nothing: what TAIL flew since DATE taken off the unit's counters (17, 18) and oil time (21)"),
     };
     // clang-format on
     return all;
