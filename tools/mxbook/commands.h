@@ -43,6 +43,15 @@ int runDemo(std::ostream& out, const Options& options, RunFolder& folder);
 // the tightest of them all first, or by aircraft and kind of unit.
 enum class StatusOrder { urgency, aircraft };
 int runStatus(std::ostream& out, const Options& options, const std::optional<std::string>& tail, StatusOrder order);
+// mxbook move component UNIT TO DATE: UNIT is @AGREGAT:ID or a factory
+// number, TO a tail number or an off-aircraft location, DATE YYYY-MM-DD.
+struct MoveRequest {
+    std::string unit;
+    std::string to;
+    std::string date;
+    bool dryRun = false;
+};
+int runMoveComponent(std::ostream& out, const Options& options, const MoveRequest& request);
 // One library function by name, with its arguments as text.
 int runCall(std::ostream& out, const Options& options, const std::string& function,
             const std::vector<std::string>& arguments);

@@ -111,6 +111,15 @@ int main(int argc, char** argv) {
     std::string sort = "urgency";
     status->add_option("--sort", sort, "urgency (the tightest units first) or aircraft (by aircraft and kind of unit)")
         ->check(CLI::IsMember({"urgency", "aircraft"}));
+    auto* move = app.add_subcommand("move", "move a unit on or off an aircraft, its counters brought to the date");
+    move->require_subcommand(1);
+    auto* moveComponent =
+        move->add_subcommand("component", "a component: off the aircraft it is on, to TO, on it when TO is an aircraft");
+    MoveRequest moveRequest;
+    moveComponent->add_option("unit", moveRequest.unit, "@AGREGAT:ID or the component's factory number")->required();
+    moveComponent->add_option("to", moveRequest.to, "a tail number, or Склад, Ремфонд, Ремонт, Рекламация")->required();
+    moveComponent->add_option("date", moveRequest.date, "the date of the move, YYYY-MM-DD")->required();
+    moveComponent->add_flag("--dry-run", moveRequest.dryRun, "show what would change, store nothing");
     auto* call = app.add_subcommand("call", "call one library function by name and print what it returns");
     std::string function;
     std::vector<std::string> arguments;
@@ -152,6 +161,7 @@ int main(int argc, char** argv) {
         if (*status)
             return runStatus(std::cout, options, tail.empty() ? std::nullopt : std::optional(tail),
                              sort == "aircraft" ? StatusOrder::aircraft : StatusOrder::urgency);
+        if (*moveComponent) return runMoveComponent(std::cout, options, moveRequest);
         if (list) return runCallList(std::cout, options.format);
         if (functionHelp && !function.empty()) return runCallHelp(std::cout, function);
         if (functionHelp) {
