@@ -23,6 +23,7 @@ void registerFlights(Fleet& oneYear, Fleet& tenYears, RatioReporter& reporter);
 void registerStatus(Fleet& fleet);
 void registerServerStatus(Fleet& fleet, RatioReporter& reporter);
 void registerBlobs();
+void registerMoves(Fleet& fleet);
 
 // Where generated databases are kept between runs.
 std::filesystem::path benchCacheFolder();

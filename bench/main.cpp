@@ -33,6 +33,7 @@ int main(int argc, char** argv) {
     bench::registerStatus(tenYears);
     bench::registerServerStatus(tenYears, reporter);
     bench::registerBlobs();
+    bench::registerMoves(tenYears);
     benchmark::RunSpecifiedBenchmarks(&reporter);
     reporter.printRatios();
     benchmark::Shutdown();

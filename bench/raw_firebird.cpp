@@ -80,7 +80,25 @@ RawDatabase::Statement::~Statement() {
     }
 }
 
-int RawDatabase::Statement::run(const std::vector<std::string>& params) {
+void RawDatabase::beginWrite() {
+    Status status(master_);
+    static constexpr unsigned char write[] = {isc_tpb_version3, isc_tpb_write, isc_tpb_concurrency, isc_tpb_wait};
+    writing_ = attachment_->startTransaction(&status, sizeof write, write);
+}
+
+void RawDatabase::rollbackWrite() {
+    Status status(master_);
+    writing_->rollback(&status);
+    writing_ = nullptr;
+}
+
+void RawDatabase::Statement::execute(const std::vector<std::string>& params) {
+    Status status(database_.master_);
+    bind(params);
+    statement_->execute(&status, database_.writing_, input_, inputBuffer_.data(), nullptr, nullptr);
+}
+
+void RawDatabase::Statement::bind(const std::vector<std::string>& params) {
     Status status(database_.master_);
     for (unsigned i = 0; i < params.size(); ++i) {
         unsigned char* field = inputBuffer_.data() + input_->getOffset(&status, i);
@@ -89,6 +107,11 @@ int RawDatabase::Statement::run(const std::vector<std::string>& params) {
         std::memcpy(field + sizeof length, params[i].data(), length);
         std::memset(inputBuffer_.data() + input_->getNullOffset(&status, i), 0, sizeof(short));
     }
+}
+
+int RawDatabase::Statement::run(const std::vector<std::string>& params) {
+    Status status(database_.master_);
+    bind(params);
     IResultSet* rows = statement_->openCursor(&status, database_.transaction_, input_, inputBuffer_.data(), output_, 0);
     int count = 0;
     while (rows->fetchNext(&status, outputBuffer_.data()) == IStatus::RESULT_OK) ++count;

@@ -28,8 +28,12 @@ public:
         // Runs the query with its '?' parameters as texts and fetches every
         // row; returns how many there were.
         int run(const std::vector<std::string>& params = {});
+        // Runs a statement without rows in the open write transaction.
+        void execute(const std::vector<std::string>& params);
 
     private:
+        void bind(const std::vector<std::string>& params);
+
         RawDatabase& database_;
         Firebird::IStatement* statement_ = nullptr;
         Firebird::IMessageMetadata* input_ = nullptr;
@@ -37,11 +41,17 @@ public:
         std::vector<unsigned char> inputBuffer_, outputBuffer_;
     };
 
+    // A write transaction for execute(), rolled back at the end: the floor
+    // of operations that write.
+    void beginWrite();
+    void rollbackWrite();
+
 private:
     friend class Statement;
     Firebird::IMaster* master_;
     Firebird::IAttachment* attachment_ = nullptr;
     Firebird::ITransaction* transaction_ = nullptr;
+    Firebird::ITransaction* writing_ = nullptr;
 };
 
 }  // namespace mxbook::bench

@@ -165,6 +165,11 @@ public:
 
     const std::shared_ptr<const std::vector<Column>>& columns() const { return columns_; }
     bool returnsRows() const { return returnsRows_; }
+    // The table alias of each column, from the statement the cursor runs;
+    // empty once the cursor has closed.
+    std::vector<std::string> relationAliases() const {
+        return prepared_ ? prepared_->relationAliases() : std::vector<std::string>{};
+    }
     // The next row; false at the end, where the cursor closes itself. A blob
     // field's value stays NULL and its id goes to `blobs` (which is left
     // empty when the query has no blob column).

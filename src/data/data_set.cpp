@@ -237,9 +237,12 @@ public:
     bool eof() const { return position >= rows.size(); }
 
     const detail::WritableTable& target() {
-        if (!writable)
-            writable = detail::findWritableTable(*connection, openedSql, *columns,
-                                                 connection->relationAliases(openedSql));
+        if (!writable) {
+            // The open cursor's own statement, rather than a second one prepared beside it.
+            std::vector<std::string> aliases = cursor ? cursor->relationAliases() : std::vector<std::string>{};
+            if (aliases.empty()) aliases = connection->relationAliases(openedSql);
+            writable = detail::findWritableTable(*connection, openedSql, *columns, aliases);
+        }
         return *writable;
     }
 
