@@ -13,6 +13,7 @@
 #include "mxbook/error.h"
 #include "mxbook/format.h"
 #include "mxbook/host.h"
+#include "mxbook/movements.h"
 #include "mxbook/remaining_life.h"
 #include "mxbook/text.h"
 
@@ -334,6 +335,8 @@ const std::vector<Callable>& callables() {
         callable(&FunNarabLet, "FunNarabLet", "ROW START_DATE_COLUMN", "the calendar time run since the date in START_DATE_COLUMN: 2г. 6м., or 0"),
         callable(&FunBookYear, "FunBookYear", "MONTHS", "the word for the whole years in MONTHS months: г. or л."),
         callable(&FunDataSniatia, "FunDataSniatia", "ROW OVERHAUL_DATE_COLUMN OVERHAUL_COUNT_COLUMN MANUFACTURE_DATE_COLUMN INTERVAL_LIMIT_COLUMN TOTAL_LIMIT_COLUMN", "the date (dd.mm.yy) the unit must come off by its calendar limits from manufacture and last overhaul; empty without limits"),
+        // Movements: ROW is a unit's row of all columns.
+        callable(&FunAddIDNameAgregat, "FunAddIDNameAgregat", "ROW", "nothing: a new ETAAGREGAT entry for the AGREGAT units like ROW (name, drawing number, reference key, aircraft type), all pointed at it; stored at once, ROW itself unchanged"),
     };
     // clang-format on
     return all;
