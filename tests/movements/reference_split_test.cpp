@@ -16,7 +16,8 @@ using Text = std::optional<std::string>;
 class ReferenceSplitTest : public testing::RemainingLifeTest {
 protected:
     int unit(const std::string& name, const std::string& drawing, int key, testing::Columns more = {}) {
-        more.insert(more.begin(), {{"TIP_VS", "Ми-8МТВ-1"}, {"NAZVANIE", name}, {"CHERT_NOMER", drawing}, {"ID_NAME", key}});
+        more.insert(more.begin(),
+                    {{"TIP_VS", "Ми-8МТВ-1"}, {"NAZVANIE", name}, {"CHERT_NOMER", drawing}, {"ID_NAME", key}});
         return insert("AGREGAT", more);
     }
     int keyOf(int unitId) { return scalar("select ID_NAME from AGREGAT where ID = " + std::to_string(unitId)).asInt(); }
@@ -36,9 +37,16 @@ TEST_F(ReferenceSplitTest, GroupGetsOneEntryFilledFromItsFirstMember) {
     insert("ETAAGREGAT", {{"ID", 100}, {"ID_NAME", 7}});
     insert("ETAAGREGAT", {{"ID", 101}, {"ID_NAME", 4}});
     const int first = unit("Насос", "НП-25", 4,
-                           {{"PLAN_DVIG_VSU", 0}, {"KOD_AGREGATA", ""}, {"SISTEMA_VS", "Топливная"},
-                            {"EDINICA_NARABOTKI", 1}, {"UCHET_MASLA", 1}, {"RESURS_MR", 1500}, {"SROK_MR", "05.00"},
-                            {"RESURS_OBSH", 3000}, {"SROK_OBSH", "10.06"}, {"MESTO_USTANOVKI", "нет"}});
+                           {{"PLAN_DVIG_VSU", 0},
+                            {"KOD_AGREGATA", ""},
+                            {"SISTEMA_VS", "Топливная"},
+                            {"EDINICA_NARABOTKI", 1},
+                            {"UCHET_MASLA", 1},
+                            {"RESURS_MR", 1500},
+                            {"SROK_MR", "05.00"},
+                            {"RESURS_OBSH", 3000},
+                            {"SROK_OBSH", "10.06"},
+                            {"MESTO_USTANOVKI", "нет"}});
     // Later members' values are not copied, even where the first has none.
     const int asked = unit("Насос", "НП-25", 4, {{"KOD_AGREGATA", "K-1"}, {"RESURS_MR", 900}});
     const int third = unit("Насос", "НП-25", 4);
@@ -54,10 +62,10 @@ TEST_F(ReferenceSplitTest, GroupGetsOneEntryFilledFromItsFirstMember) {
         int position;
         Text expected;
     } columns[] = {
-        {0, "1"},  {1, "Ми-8МТВ-1"}, {2, "НП-25"}, {3, "0"},  {4, "1"},     {5, "1"},
-        {6, "1"},  {7, "1500"},      {8, "05.00"}, {9, "1500"}, {10, "05.00"}, {11, "3000"},
-        {12, "10.06"}, {13, "Топливная"}, {14, "Насос"}, {15, {}}, {16, "0"}, {17, {}},
-        {18, "0"}, {19, "0"},        {20, "8"},    {31, "0"},  {32, {}},
+        {0, "1"},      {1, "Ми-8МТВ-1"},  {2, "НП-25"},  {3, "0"},    {4, "1"},      {5, "1"},
+        {6, "1"},      {7, "1500"},       {8, "05.00"},  {9, "1500"}, {10, "05.00"}, {11, "3000"},
+        {12, "10.06"}, {13, "Топливная"}, {14, "Насос"}, {15, {}},    {16, "0"},     {17, {}},
+        {18, "0"},     {19, "0"},         {20, "8"},     {31, "0"},   {32, {}},
     };
     for (const auto& c : columns) {
         SCOPED_TRACE("ETAAGREGAT position " + std::to_string(c.position));
@@ -113,12 +121,15 @@ TEST_F(ReferenceSplitTest, FailureOnTheLastMemberStoresNothing) {
     insert("ETAAGREGAT", {{"ID", 100}, {"ID_NAME", 4}});
     const int first = unit("Насос", "НП-25", 4);
     const int second = unit("Насос", "НП-25", 4);
-    connection().executeScript("create exception E_REFUSED 'refused';\n"
-                               "set term ^;\n"
-                               "create trigger AGREGAT_REFUSE for AGREGAT before update as begin\n"
-                               "  if (new.ID = " + std::to_string(second) + ") then exception E_REFUSED;\n"
-                               "end^\n"
-                               "set term ;^\n");
+    connection().executeScript(
+        "create exception E_REFUSED 'refused';\n"
+        "set term ^;\n"
+        "create trigger AGREGAT_REFUSE for AGREGAT before update as begin\n"
+        "  if (new.ID = " +
+        std::to_string(second) +
+        ") then exception E_REFUSED;\n"
+        "end^\n"
+        "set term ;^\n");
 
     EXPECT_THROW(FunAddIDNameAgregat(row("AGREGAT", first)), Error);
 
