@@ -381,6 +381,8 @@ DataSet DataSet::onSameConnection(std::string sql) const {
     return sibling;
 }
 
+const std::shared_ptr<detail::ConnectionImpl>& DataSet::connectionImpl() const { return impl().connection; }
+
 DataSet::Impl& DataSet::impl() const {
     if (!impl_) throw Error("the data set was moved away");
     return *impl_;

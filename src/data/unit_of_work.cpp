@@ -2,10 +2,15 @@
 
 #include "connection_impl.h"
 #include "mxbook/data/connection.h"
+#include "mxbook/data/data_set.h"
 
 namespace mxbook::db {
 
-UnitOfWork::UnitOfWork(Connection& connection) : connection_(connection.impl()) {
+UnitOfWork::UnitOfWork(Connection& connection) : UnitOfWork(connection.impl()) {}
+
+UnitOfWork::UnitOfWork(const DataSet& dataSet) : UnitOfWork(dataSet.connectionImpl()) {}
+
+UnitOfWork::UnitOfWork(std::shared_ptr<detail::ConnectionImpl> connection) : connection_(std::move(connection)) {
     if (!connection_) throw Error("the connection was moved away");
     std::tie(work_, outermost_) = connection_->beginWork();
 }

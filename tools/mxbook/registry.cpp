@@ -338,6 +338,7 @@ const std::vector<Callable>& callables() {
         // Movements: ROW is an AGREGAT row; its changed counters are stored.
         callable(&FunMoveAgregatToVS, "FunMoveAgregatToVS", "ROW TAIL DATE", "nothing: the unit's reading at installation (16), counters (17, 18) and oil time (21) brought to DATE on aircraft TAIL"),
         callable(&FunMoveAgregatFromVS, "FunMoveAgregatFromVS", "ROW AIRCRAFT_TYPE TAIL DATE", "nothing: what TAIL flew since DATE taken off the unit's counters (17, 18) and oil time (21)"),
+        callable(&FunAddIDNameAgregat, "FunAddIDNameAgregat", "ROW", "nothing: a new ETAAGREGAT entry for the AGREGAT units like ROW (name, drawing number, reference key, aircraft type), all pointed at it; stored at once, ROW itself unchanged"),
     };
     // clang-format on
     return all;

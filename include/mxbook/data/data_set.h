@@ -148,6 +148,8 @@ public:
 private:
     DataSet() = default;
     friend class Field;
+    friend class UnitOfWork;
+    const std::shared_ptr<detail::ConnectionImpl>& connectionImpl() const;
     class Impl;
     Impl& impl() const;
     Value currentValue(int index) const;

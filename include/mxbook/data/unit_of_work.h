@@ -5,6 +5,7 @@
 namespace mxbook::db {
 
 class Connection;
+class DataSet;
 
 namespace detail {
 class ConnectionImpl;
@@ -29,6 +30,9 @@ struct Work;
 class UnitOfWork {
 public:
     explicit UnitOfWork(Connection& connection);
+    // On the connection the data set reads from: a row handed over brings
+    // its connection with it.
+    explicit UnitOfWork(const DataSet& dataSet);
     ~UnitOfWork();
     UnitOfWork(const UnitOfWork&) = delete;
     UnitOfWork& operator=(const UnitOfWork&) = delete;
@@ -43,6 +47,8 @@ public:
     bool isJoined() const { return !outermost_; }
 
 private:
+    explicit UnitOfWork(std::shared_ptr<detail::ConnectionImpl> connection);
+
     std::shared_ptr<detail::ConnectionImpl> connection_;
     std::shared_ptr<detail::Work> work_;
     bool outermost_ = false;
