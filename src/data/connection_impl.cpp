@@ -291,6 +291,7 @@ Cursor::Cursor(ConnectionImpl& connection, fb::ITransaction* transaction, const 
       transaction_(transaction),
       prepared_(connection.prepare(transaction_, sql)),
       columns_(prepared_->sharedColumns()),
+      names_(prepared_->names()),
       returnsRows_(prepared_->hasCursor()),
       sql_(sql),
       params_(params) {
@@ -303,6 +304,7 @@ Cursor::Cursor(ConnectionImpl& connection, fb::ITransaction* transaction, const 
         connection.forgetStatement(sql);
         prepared_ = connection.prepare(transaction_, sql);
         columns_ = prepared_->sharedColumns();
+        names_ = prepared_->names();
         openCursor();
     }
 }
@@ -336,6 +338,7 @@ bool Cursor::fetch(std::vector<Value>& row, std::vector<BlobId>& blobs) {
         connection_->forgetStatement(sql_);
         prepared_ = connection_->prepare(transaction_, sql_);
         columns_ = prepared_->sharedColumns();
+        names_ = prepared_->names();
         fetchedAny_ = true;  // no second retry
         openCursor();
         return fetch(row, blobs);

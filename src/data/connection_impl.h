@@ -164,6 +164,7 @@ public:
     Cursor& operator=(const Cursor&) = delete;
 
     const std::shared_ptr<const std::vector<Column>>& columns() const { return columns_; }
+    const std::shared_ptr<const NameIndex>& names() const { return names_; }
     bool returnsRows() const { return returnsRows_; }
     // The table alias of each column, from the statement the cursor runs;
     // empty once the cursor has closed.
@@ -184,6 +185,7 @@ private:
     fb::ITransaction* transaction_;
     std::shared_ptr<Prepared> prepared_;
     std::shared_ptr<const std::vector<Column>> columns_;
+    std::shared_ptr<const NameIndex> names_;
     bool returnsRows_;
     bool hasBlobs_ = false;
     bool fetchedAny_ = false;

@@ -27,12 +27,7 @@ struct Row {
     bool unread(std::size_t column) const { return !blobs.empty() && blobs[column].present; }
 };
 
-std::string upper(std::string_view text) {
-    std::string out(text);
-    for (char& c : out)
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    return out;
-}
+std::string upper(std::string_view text) { return detail::upperAscii(text); }
 
 // The segments of one blob, as a stream reads them.
 class BlobBuffer final : public std::streambuf {
@@ -173,8 +168,7 @@ public:
         columns = cursor->columns();
         hasBlobs = std::any_of(columns->begin(), columns->end(),
                                [](const detail::Column& c) { return c.sqlType == SQL_BLOB; });
-        byName.clear();
-        for (std::size_t i = columns->size(); i-- > 0;) byName[upper((*columns)[i].info.name)] = static_cast<int>(i);
+        byName = cursor->names();
         writable.reset();
         connection->track(this);
         state = State::browse;
@@ -347,7 +341,7 @@ public:
     std::unique_ptr<detail::Cursor> cursor;  // while rows remain to be fetched
     std::shared_ptr<const std::vector<detail::Column>> columns;
     bool hasBlobs = false;
-    std::unordered_map<std::string, int> byName;  // upper-cased name: first column of that name
+    std::shared_ptr<const detail::NameIndex> byName;
     std::optional<detail::WritableTable> writable;
 
     std::vector<Row> rows;
@@ -453,8 +447,8 @@ int DataSet::checkedIndex(int index) const {
 
 int DataSet::indexOf(std::string_view name) const {
     impl().checkOpen();
-    const auto found = impl().byName.find(upper(name));
-    if (found == impl().byName.end()) throw ArgumentError("the data set has no field " + std::string(name));
+    const auto found = impl().byName->find(upper(name));
+    if (found == impl().byName->end()) throw ArgumentError("the data set has no field " + std::string(name));
     return found->second;
 }
 
@@ -462,7 +456,7 @@ const FieldInfo& DataSet::fieldInfo(int index) const { return (*impl().columns)[
 
 bool DataSet::hasField(std::string_view name) const {
     impl().checkOpen();
-    return impl().byName.count(upper(name)) > 0;
+    return impl().byName->count(upper(name)) > 0;
 }
 
 Field DataSet::field(int index) const { return Field(*this, checkedIndex(index)); }

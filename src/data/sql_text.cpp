@@ -169,6 +169,13 @@ bool hasKeyword(std::string_view sql, std::string_view keyword) {
     return false;
 }
 
+std::string upperAscii(std::string_view text) {
+    std::string out(text);
+    for (char& c : out)
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    return out;
+}
+
 bool isIdentifier(std::string_view name) {
     if (name.empty() || !isNameStart(name.front())) return false;
     for (char c : name)

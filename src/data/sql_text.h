@@ -29,6 +29,8 @@ bool hasKeyword(std::string_view sql, std::string_view keyword);
 // A stored name (a table's, a column's) for SQL text, in double quotes: the
 // exact name, whatever its case, even where it is a reserved word.
 std::string sqlName(std::string_view name);
+// The text with a to z upper-cased, as names are matched.
+std::string upperAscii(std::string_view text);
 // Letters, digits, '_' and '$', beginning with a letter or '_'.
 bool isIdentifier(std::string_view name);
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "sql_text.h"
+
 namespace mxbook::db::detail {
 
 Prepared::Prepared(fb::IAttachment* attachment, fb::ITransaction* transaction, std::string sql)
@@ -16,6 +18,9 @@ Prepared::Prepared(fb::IAttachment* attachment, fb::ITransaction* transaction, s
         type_ = statement_->getType(&status);
     });
     columns_ = std::make_shared<const std::vector<Column>>(describe(output_.get()));
+    auto names = std::make_shared<NameIndex>();
+    for (std::size_t i = columns_->size(); i-- > 0;) (*names)[upperAscii((*columns_)[i].info.name)] = static_cast<int>(i);
+    names_ = std::move(names);
 }
 
 void Prepared::Freer::operator()(fb::IStatement* statement) const noexcept {

@@ -13,6 +13,9 @@
 
 namespace mxbook::db::detail {
 
+// Column positions by upper-cased name: the first column of each name.
+using NameIndex = std::unordered_map<std::string, int>;
+
 class Prepared {
 public:
     Prepared(fb::IAttachment* attachment, fb::ITransaction* transaction, std::string sql);
@@ -23,6 +26,8 @@ public:
     fb::IMessageMetadata* output() const { return output_.get(); }
     const std::vector<Column>& columns() const { return *columns_; }
     std::shared_ptr<const std::vector<Column>> sharedColumns() const { return columns_; }
+    // Built once per statement, not per data set that runs it.
+    std::shared_ptr<const NameIndex> names() const { return names_; }
     bool hasCursor() const { return hasCursor_; }
     // Creates, alters or drops metadata.
     bool isDdl() const { return type_ == isc_info_sql_stmt_ddl; }
@@ -42,6 +47,7 @@ private:
     fb::Ref<fb::IMessageMetadata> input_;
     fb::Ref<fb::IMessageMetadata> output_;
     std::shared_ptr<const std::vector<Column>> columns_;
+    std::shared_ptr<const NameIndex> names_;
     bool hasCursor_ = false;
     unsigned type_ = 0;
 };
