@@ -26,16 +26,6 @@ TEST(Text, RejectsWhatIsNotAnInteger) {
     EXPECT_EQ(parseInt64("99999999999"), 99999999999);
 }
 
-TEST(Text, ConversionErrorCarriesTheText) {
-    try {
-        parseInt("12a");
-        FAIL() << "no error";
-    } catch (const ConversionError& error) {
-        EXPECT_EQ(error.text(), "12a");
-        EXPECT_NE(std::string(error.what()).find("'12a'"), std::string::npos);
-    }
-}
-
 TEST(Text, RoundsHalvesAwayFromZero) {
     const struct {
         double value;

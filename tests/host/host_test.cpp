@@ -36,12 +36,6 @@ TEST(HostRegistry, ScopedHostInstallsAndRestores) {
     EXPECT_EQ(&host(), &before);
 }
 
-TEST(HostRegistry, InstallingNothingGivesTheConsoleHost) {
-    auto previous = installHost(nullptr);
-    EXPECT_NE(dynamic_cast<ConsoleHost*>(&host()), nullptr);
-    installHost(previous);
-}
-
 // One thread swaps two hosts while others use whichever is installed: each
 // call reaches a whole host (under a race detector, no unsynchronised access
 // to the installed pointer). The test keeps both hosts alive, as the
