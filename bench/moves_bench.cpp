@@ -4,6 +4,7 @@
 // executed bare.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "benchmarks.h"
@@ -18,28 +19,44 @@ namespace {
 
 constexpr int components = 1000;
 constexpr const char* componentsSql =
-    "select first 1000 ID, GDE_STOIT from AGREGAT where PLAN_DVIG_VSU = 0 and EDINICA_NARABOTKI = 0 and "
+    "select first 1000 ID, GDE_STOIT, ID_NAME from AGREGAT where PLAN_DVIG_VSU = 0 and EDINICA_NARABOTKI = 0 and "
     "GDE_STOIT in (select BORTOVOI_NOMER from REESTR) order by ID";
 
 struct Component {
     int id;
     std::string tail;
     std::string type;
+    std::string referenceKey;
+    // The aircraft flew on the move day: each move asks about that day (and
+    // looks up the unit's reference entry for the question), and one of the
+    // two, by the answer, reads the flights again from the next day.
+    bool flewOnMoveDay = false;
 };
+
+const Date moveDate = benchmarkToday.addDays(-30);
 
 std::vector<Component> componentsOf(Fleet& fleet) {
     std::vector<Component> found;
     db::DataSet rows(fleet.connection, componentsSql);
     for (rows.open(); !rows.eof(); rows.next()) {
-        db::DataSet type(fleet.connection, "select TIP_VS from REESTR where BORTOVOI_NOMER = :pTAIL");
-        type.setParam("pTAIL", rows.field(1).asText());
-        type.open();
-        found.push_back({rows.field(0).asInt(), rows.field(1).asText(), type.field(0).asText()});
+        db::DataSet aircraft(fleet.connection,
+                             "select first 1 TIP_VS, DATA_REMONTA from REESTR where BORTOVOI_NOMER = :pTAIL order by ID");
+        aircraft.setParam("pTAIL", rows.field(1).asText());
+        aircraft.open();
+        const Date overhauled = aircraft.field(1).isNull() ? Date() : aircraft.field(1).asDate();
+        db::DataSet firstFlight(fleet.connection,
+                                "select first 1 Data_poleta from Spravka where Data_poleta between :pSTART and "
+                                ":pTODAY and Bortovoi_nomer = :pTAIL order by Data_poleta, ID");
+        firstFlight.setParam("pSTART", std::max(moveDate, overhauled));
+        firstFlight.setParam("pTODAY", benchmarkToday);
+        firstFlight.setParam("pTAIL", rows.field(1).asText());
+        firstFlight.open();
+        found.push_back({rows.field(0).asInt(), rows.field(1).asText(), aircraft.field(0).asText(),
+                         rows.field(2).isNull() ? "0" : rows.field(2).asText(),
+                         !firstFlight.eof() && firstFlight.field(0).asDate() == moveDate});
     }
     return found;
 }
-
-const Date moveDate = benchmarkToday.addDays(-30);
 
 void moves(benchmark::State& state, Fleet& fleet) {
     const std::vector<Component> all = componentsOf(fleet);
@@ -73,6 +90,7 @@ void movesFloor(benchmark::State& state, Fleet& fleet) {
     RawDatabase::Statement ground(fleet.raw,
                                   "Select ZEMLIA_AGREGATY, KOL_VO_ZEMLIA_AGREGATY From TIPOVYE_DANNYE_VS "
                                   "Where TIP_VS=? Order By ID");
+    RawDatabase::Statement reference(fleet.raw, "Select * From ETAAGREGAT Where ID_NAME=? Order By ID");
     // The unit's new counters.
     RawDatabase::Statement store(fleet.raw,
                                  "update AGREGAT set NARABOTKA_VS_PRI_USTANOVKE = ?, NARABOTKA_SNE = ?, "
@@ -88,6 +106,11 @@ void movesFloor(benchmark::State& state, Fleet& fleet) {
             aircraft.run({component.tail});
             ground.run({component.type});
             flights.run({from, to, component.tail});
+            if (component.flewOnMoveDay) {
+                reference.run({component.referenceKey});
+                reference.run({component.referenceKey});
+                flights.run({from, to, component.tail});
+            }
             store.execute({"0:00", "0:00", "0:00", std::to_string(component.id)});
         }
         fleet.raw.rollbackWrite();

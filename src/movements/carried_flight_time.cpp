@@ -43,6 +43,14 @@ db::DataSet flightsFrom(db::Connection& connection, const std::string& tail, Dat
     return flights;
 }
 
+// The same query again from a later day: reopened in place, so that its
+// prepared statement serves it instead of a second one being prepared.
+void restartFrom(db::DataSet& flights, Date start) {
+    flights.close();
+    flights.setParam("pSTART", start);
+    flights.open();
+}
+
 int wholeMinutes(const db::Field& time) { return time.isNull() ? 0 : time.asTime().wholeMinutes(); }
 
 }  // namespace
@@ -59,7 +67,7 @@ std::optional<CarriedTime> carriedFlightTime(db::Connection& connection, const F
         const Answer answer = host().messageBox(host().foregroundWindow(), span.question(firstDay, type),
                                                 "Внимание!", box::yesNo | box::iconQuestion);
         const Answer leavesOut = span.leaveOutOn == LeaveDayOutOn::no ? Answer::no : Answer::yes;
-        if (answer == leavesOut) flights = flightsFrom(connection, span.tailNumber, span.start.addDays(1));
+        if (answer == leavesOut) restartFrom(flights, span.start.addDays(1));
     }
 
     CarriedTime carried;
