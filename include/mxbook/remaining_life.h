@@ -87,8 +87,8 @@ std::string FunPPRPlanDliaSniatZCU(db::Connection& connection, db::DataSet& row,
                                    const std::string& tailNumber);
 std::string FunPPRPlanDliaSniatDvigRed(db::Connection& connection, db::DataSet& row, const std::string& aircraftType,
                                        const std::string& tailNumber);  // DVIGATEL, REDUCTOR
-std::string FunPPRPlanDliaSniatHvostVint(db::Connection& connection, db::DataSet& row,
-                                         const std::string& aircraftType, const std::string& tailNumber);
+std::string FunPPRPlanDliaSniatHvostVint(db::Connection& connection, db::DataSet& row, const std::string& aircraftType,
+                                         const std::string& tailNumber);
 std::string FunPPRPlanDliaSniatLopast(db::Connection& connection, db::DataSet& row, const std::string& aircraftType,
                                       const std::string& tailNumber);
 std::string FunPPRPlanDliaSniatLebedka(db::Connection& connection, db::DataSet& row, const std::string& aircraftType,

@@ -19,19 +19,20 @@ constexpr int none = -1;
 // One member of the removal planning, by the positions of its unit table.
 struct PlanningKind {
     std::array<std::string_view, 2> tables;
-    std::string_view start = {};        // the result without a register row or on a failed null test
-    int overhaulCount = none;           // none: the limit is fixed (`between`)
-    int firstOverhaulLimit = none;      // governs while the count is 0 and it is set
-    int betweenLimit = none;            // otherwise
-    int totalLimit = none;              // when the chosen limit is null
+    std::string_view start = {};    // the result without a register row or on a failed null test
+    int overhaulCount = none;       // none: the limit is fixed (`between`)
+    int firstOverhaulLimit = none;  // governs while the count is 0 and it is set
+    int betweenLimit = none;        // otherwise
+    int totalLimit = none;          // when the chosen limit is null
     int usedColumn = none;
-    int totalUsedColumn = none;         // the used column with the total limit, where it differs
-    bool testsNulls = false;            // register hours, limit and used null: the starting value
-    int flagColumn = none;              // 1: the used value is derived
+    int totalUsedColumn = none;  // the used column with the total limit, where it differs
+    bool testsNulls = false;     // register hours, limit and used null: the starting value
+    int flagColumn = none;       // 1: the used value is derived
     Derivation derive = nullptr;
-    bool landingsByCounterKind = false; // column 24 = 1: planned in landings
+    bool landingsByCounterKind = false;  // column 24 = 1: planned in landings
 };
 
+// clang-format off
 constexpr PlanningKind kinds[] = {
     {.tables = {"AGREGAT"}, .overhaulCount = 10, .firstOverhaulLimit = 43, .betweenLimit = 14, .totalLimit = 12,
      .usedColumn = 18, .testsNulls = true, .flagColumn = 39, .derive = &FunNepNarAgr,
@@ -51,6 +52,7 @@ constexpr PlanningKind kinds[] = {
     {.tables = {"VOZDUSHNY_VINT"}, .start = operating_time::zero, .betweenLimit = 23, .usedColumn = 30},
     {.tables = {"SHLANG"}, .betweenLimit = 5, .usedColumn = 12},
 };
+// clang-format on
 
 const PlanningKind& kindOf(std::string_view table) {
     const auto found = std::find_if(std::begin(kinds), std::end(kinds), [&](const PlanningKind& k) {
@@ -77,7 +79,7 @@ db::DataSet registerCounters(db::Connection& connection, const std::string& type
     return query;
 }
 
-// The column tested, and its value: a null is 0 (never overhauled).
+// A null overhaul count is none: never overhauled.
 bool neverOverhauled(const db::DataSet& row, int column) { return remaining::intOrZero(row, column) == 0; }
 
 // Whole hours, or a count; a null fails as an empty text does.
@@ -122,12 +124,10 @@ std::string plan(db::Connection& connection, db::DataSet& row, const PlanningKin
         }
     }
     if (counterKind == component::landings) {
-        const long long planned =
-            wholeNumber(limit) - parseInt(usedText) + remaining::intOrZero(aircraft, 1);
+        const long long planned = wholeNumber(limit) - parseInt(usedText) + remaining::intOrZero(aircraft, 1);
         return std::to_string(std::max(planned, 0LL));
     }
-    const Minutes planned =
-        Minutes(wholeNumber(limit) * 60) - hoursOf(usedText) + hoursOf(aircraftHours.asText());
+    const Minutes planned = Minutes(wholeNumber(limit) * 60) - hoursOf(usedText) + hoursOf(aircraftHours.asText());
     return operating_time::format(planned);  // "0:00" below zero
 }
 
@@ -154,8 +154,8 @@ std::string FunPPRPlanDliaSniatDvigRed(db::Connection& connection, db::DataSet& 
                                        const std::string& tailNumber) {
     return plannedRemovalReading(connection, row, "DVIGATEL", aircraftType, tailNumber);
 }
-std::string FunPPRPlanDliaSniatHvostVint(db::Connection& connection, db::DataSet& row,
-                                         const std::string& aircraftType, const std::string& tailNumber) {
+std::string FunPPRPlanDliaSniatHvostVint(db::Connection& connection, db::DataSet& row, const std::string& aircraftType,
+                                         const std::string& tailNumber) {
     return plannedRemovalReading(connection, row, "HVOSTOVOY_VINT", aircraftType, tailNumber);
 }
 std::string FunPPRPlanDliaSniatLopast(db::Connection& connection, db::DataSet& row, const std::string& aircraftType,

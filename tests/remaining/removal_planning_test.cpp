@@ -25,8 +25,11 @@ void PrintTo(const Case& c, std::ostream* out) { *out << c.what; }
 
 // Component columns: 10 overhauls, 43 first-overhaul limit, 14 limit between, 18 used, 24 counter kind.
 const testing::Columns component(db::Value overhauls, db::Value used, int counterKind = 0) {
-    return {{"KOL_VO_REMONTOV", overhauls}, {"RESURS_DO_PR", 2000}, {"RESURS_MR", 3000},
-            {"NARABOTKA_PPR", used}, {"EDINICA_NARABOTKI", counterKind}};
+    return {{"KOL_VO_REMONTOV", overhauls},
+            {"RESURS_DO_PR", 2000},
+            {"RESURS_MR", 3000},
+            {"NARABOTKA_PPR", used},
+            {"EDINICA_NARABOTKI", counterKind}};
 }
 
 const Case cases[] = {
@@ -37,17 +40,34 @@ const Case cases[] = {
     {"no register row", &FunPPRPlanDliaSniat, "AGREGAT", component(1, "1:00"), "", "1:00", "RA-9"},
     {"null used, tested", &FunPPRPlanDliaSniat, "AGREGAT", component(1, db::Value()), ""},
     // Installed when the aircraft had 1000:00; at 1100:00 its 400:00 are 500:00 (null flag: stored).
-    {"flag 1", &FunPPRPlanDliaSniat, "AGREGAT",
-     {{"TIP_VS", "Ми-8МТВ-1"}, {"GDE_STOIT", "RA-1"}, {"RESURS_MR", 1000}, {"NARABOTKA_PPR", "400:00"},
-      {"NARABOTKA_VS_PRI_USTANOVKE", "1000:00"}, {"EDINICA_NARABOTKI", 0}, {"PLAN_DVIG_VSU", 0},
-      {"KOL_VO_REMONTOV", 1}, {"NEPRIAMOI_UCHET_NAR_AGREGATA", 1}},
-     "1600:00", "1100:00"},
-    {"ZCU total against 11", &FunPPRPlanDliaSniatZCU, "ZCU",
+    {"flag 1",
+     &FunPPRPlanDliaSniat,
+     "AGREGAT",
+     {{"TIP_VS", "Ми-8МТВ-1"},
+      {"GDE_STOIT", "RA-1"},
+      {"RESURS_MR", 1000},
+      {"NARABOTKA_PPR", "400:00"},
+      {"NARABOTKA_VS_PRI_USTANOVKE", "1000:00"},
+      {"EDINICA_NARABOTKI", 0},
+      {"PLAN_DVIG_VSU", 0},
+      {"KOL_VO_REMONTOV", 1},
+      {"NEPRIAMOI_UCHET_NAR_AGREGATA", 1}},
+     "1600:00",
+     "1100:00"},
+    {"ZCU total against 11",
+     &FunPPRPlanDliaSniatZCU,
+     "ZCU",
      {{"KOL_VO_REMONTOV", 0}, {"RESURS_OBSH", 5000}, {"NARABOTKA_SNE", "4000:00"}, {"NARABOTKA_PPR", "1:00"}},
-     "1010:00", "10:00"},
+     "1010:00",
+     "10:00"},
     {"null used, untested", &FunPPRPlanDliaSniatLebedka, "LEBEDKA", {{"RESURS_MR", 100}}, nullptr},
-    {"gearbox without register row", &FunPPRPlanDliaSniatDvigRed, "REDUCTOR", {{"MEGREM_RESURS", 1}}, "0:00",
-     "1:00", "RA-9"},
+    {"gearbox without register row",
+     &FunPPRPlanDliaSniatDvigRed,
+     "REDUCTOR",
+     {{"MEGREM_RESURS", 1}},
+     "0:00",
+     "1:00",
+     "RA-9"},
 };
 
 class RemovalPlanningTest : public testing::RemainingLifeTest, public ::testing::WithParamInterface<Case> {};
