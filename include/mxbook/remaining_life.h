@@ -66,4 +66,44 @@ std::string FunBookYear(int months);
 std::string FunDataSniatia(db::DataSet& row, int lastOverhaulDateColumn, int overhaulCountColumn,
                            int manufactureDateColumn, int intervalLimitColumn, int totalLimitColumn);
 
+// Removal planning: the reading of the aircraft's own counter since its last
+// overhaul (register NARABOTKA_PPR_CHASOV, or NARABOTKA_PPR_POSADKI for a
+// general component counted in landings, column 24 = 1) at which the unit
+// must come off: that reading now plus what the unit has left of its
+// governing limit (first-overhaul limit while never overhauled, else between
+// overhauls, else its total life). The aircraft is the register's first row
+// of `aircraftType` and `tailNumber`. "H:MM" (or decimal landings), never
+// below "0:00" / "0"; without a register row, or (for the general
+// components, hubs and blades) with a null register reading, limit or used
+// value, the member's starting value: "0:00" for engines, gearboxes and
+// propellers, else empty. A member that tests no nulls raises
+// ConversionError on one. The used value is derived from the carrier (as
+// FunNepNar*) when the unit's flag is 1, wherever the unit is; else stored.
+std::string FunPPRPlanDliaSniat(db::Connection& connection, db::DataSet& row, const std::string& aircraftType,
+                                const std::string& tailNumber);  // AGREGAT
+std::string FunPPRPlanDliaSniatVtNV(db::Connection& connection, db::DataSet& row, const std::string& aircraftType,
+                                    const std::string& tailNumber);  // VTULKA_NV
+std::string FunPPRPlanDliaSniatZCU(db::Connection& connection, db::DataSet& row, const std::string& aircraftType,
+                                   const std::string& tailNumber);
+std::string FunPPRPlanDliaSniatDvigRed(db::Connection& connection, db::DataSet& row, const std::string& aircraftType,
+                                       const std::string& tailNumber);  // DVIGATEL, REDUCTOR
+std::string FunPPRPlanDliaSniatHvostVint(db::Connection& connection, db::DataSet& row, const std::string& aircraftType,
+                                         const std::string& tailNumber);
+std::string FunPPRPlanDliaSniatLopast(db::Connection& connection, db::DataSet& row, const std::string& aircraftType,
+                                      const std::string& tailNumber);
+std::string FunPPRPlanDliaSniatLebedka(db::Connection& connection, db::DataSet& row, const std::string& aircraftType,
+                                       const std::string& tailNumber);
+std::string FunPPRPlanDliaSniatVint(db::Connection& connection, db::DataSet& row, const std::string& aircraftType,
+                                    const std::string& tailNumber);  // VOZDUSHNY_VINT
+std::string FunPPRPlanDliaSniatShlang(db::Connection& connection, db::DataSet& row, const std::string& aircraftType,
+                                      const std::string& tailNumber);
+// The member for the unit's `table`; ArgumentError for a table without one.
+std::string plannedRemovalReading(db::Connection& connection, db::DataSet& row, std::string_view table,
+                                  const std::string& aircraftType, const std::string& tailNumber);
+// The planned reading from a given carrier counter ("H:MM"): the limit (whole
+// hours, `limitColumn`) less the used hours (`usedColumn`, stored) plus the
+// counter, "0:00" below zero. No query, no null test: a null raises
+// ConversionError. Note the order: used column first.
+std::string FunNarPlanSniatDvig(db::DataSet& row, int usedColumn, int limitColumn, const std::string& carrierCounter);
+
 }  // namespace mxbook

@@ -214,6 +214,9 @@ TEST_F(CliTest, BadInputToEveryFunctionChangesNothing) {
         {{"FunNarabLet", "@AGREGAT:1", "x"}, "'x' is not an integer", 1},
         {{"FunBookYear", ""}, "'' is not an integer", 1},
         {{"FunDataSniatia", row("AGREGAT", bad.calendar), "9", "10", "6", "13", "13"}, "'abc' is not a valid calendar"},
+        {{"FunPPRPlanDliaSniatZCU", "@ZCU:99999999", "Ми-8МТВ-1", "RA-21001"}, "no row: @ZCU:99999999"},
+        {{"FunNarPlanSniatDvig", row("AGREGAT", bad.hoursText), "17", "12", "1:00"}, "'abc' is not a valid operating"},
+        {{"FunNarPlanSniatDvig", row("AGREGAT", bad.hoursText), "999", "12", "1:00"}, "has no field 999"},
         {{"FunOstatChas", "@AGREGAT':1", "12", "17"}, "is not a table name", 1},
     };
     for (const auto& c : cases) {

@@ -335,6 +335,17 @@ const std::vector<Callable>& callables() {
         callable(&FunNarabLet, "FunNarabLet", "ROW START_DATE_COLUMN", "the calendar time run since the date in START_DATE_COLUMN: 2г. 6м., or 0"),
         callable(&FunBookYear, "FunBookYear", "MONTHS", "the word for the whole years in MONTHS months: г. or л."),
         callable(&FunDataSniatia, "FunDataSniatia", "ROW OVERHAUL_DATE_COLUMN OVERHAUL_COUNT_COLUMN MANUFACTURE_DATE_COLUMN INTERVAL_LIMIT_COLUMN TOTAL_LIMIT_COLUMN", "the date (dd.mm.yy) the unit must come off by its calendar limits from manufacture and last overhaul; empty without limits"),
+        // Removal planning: the reading of TAIL's counter since overhaul at which the unit comes off.
+        callable(&FunPPRPlanDliaSniat, "FunPPRPlanDliaSniat", "ROW AIRCRAFT_TYPE TAIL", "a component's (AGREGAT) planned removal: TAIL's hours (or landings) since overhaul plus what the unit has left; 0:00 (or 0) below zero, empty without a register row or on a null"),
+        callable(&FunPPRPlanDliaSniatVtNV, "FunPPRPlanDliaSniatVtNV", "ROW AIRCRAFT_TYPE TAIL", "a main-rotor hub's planned removal: TAIL's hours since overhaul plus what the hub has left; empty without a register row or on a null"),
+        callable(&FunPPRPlanDliaSniatZCU, "FunPPRPlanDliaSniatZCU", "ROW AIRCRAFT_TYPE TAIL", "a ZCU unit's planned removal: TAIL's hours since overhaul plus what the unit has left; empty without a register row"),
+        callable(&FunPPRPlanDliaSniatDvigRed, "FunPPRPlanDliaSniatDvigRed", "ROW AIRCRAFT_TYPE TAIL", "an engine's or gearbox's planned removal: TAIL's hours since overhaul plus what it has left; 0:00 without a register row"),
+        callable(&FunPPRPlanDliaSniatHvostVint, "FunPPRPlanDliaSniatHvostVint", "ROW AIRCRAFT_TYPE TAIL", "a tail rotor's planned removal: TAIL's hours since overhaul plus what the rotor has left; empty without a register row"),
+        callable(&FunPPRPlanDliaSniatLopast, "FunPPRPlanDliaSniatLopast", "ROW AIRCRAFT_TYPE TAIL", "a blade's planned removal: TAIL's hours since overhaul plus what the blade has left; empty without a register row or on a null"),
+        callable(&FunPPRPlanDliaSniatLebedka, "FunPPRPlanDliaSniatLebedka", "ROW AIRCRAFT_TYPE TAIL", "a winch's planned removal: TAIL's hours since overhaul plus what the winch has left; empty without a register row"),
+        callable(&FunPPRPlanDliaSniatVint, "FunPPRPlanDliaSniatVint", "ROW AIRCRAFT_TYPE TAIL", "a propeller's planned removal: TAIL's hours since overhaul plus what the propeller has left; 0:00 without a register row"),
+        callable(&FunPPRPlanDliaSniatShlang, "FunPPRPlanDliaSniatShlang", "ROW AIRCRAFT_TYPE TAIL", "a hose's planned removal: TAIL's hours since overhaul plus what the hose has left; empty without a register row"),
+        callable(&FunNarPlanSniatDvig, "FunNarPlanSniatDvig", "ROW USED_COLUMN LIMIT_COLUMN CARRIER_COUNTER", "the carrier's reading (from CARRIER_COUNTER, H:MM) at which the unit comes off: the limit (whole hours in LIMIT_COLUMN) less the hours used (USED_COLUMN); 0:00 below zero"),
         // Movements: ROW is an AGREGAT row; its changed counters are stored.
         callable(&FunMoveAgregatToVS, "FunMoveAgregatToVS", "ROW TAIL DATE", "nothing: the unit's reading at installation (16), counters (17, 18) and oil time (21) brought to DATE on aircraft TAIL"),
         callable(&FunMoveAgregatFromVS, "FunMoveAgregatFromVS", "ROW AIRCRAFT_TYPE TAIL DATE", "nothing: what TAIL flew since DATE taken off the unit's counters (17, 18) and oil time (21)"),
