@@ -27,7 +27,8 @@ protected:
                                   "/VELMO/NALET.FDB");
         connection.open();
         for (const char* tail : {"RA-21001", "RA-21002", "RA-31001"})
-            connection.execute(std::string("insert into REESTR (BORTOVOI_NOMER) values ('") + tail + "')");
+            connection.execute(std::string("insert into REESTR (BORTOVOI_NOMER, TIP_VS, NARABOTKA_PPR_CHASOV) "
+                                           "values ('") + tail + "', 'Ми-8', '2000:00')");
         const std::string unit =
             "insert into AGREGAT (NAZVANIE, NEPRIAMOI_UCHET_NAR_AGREGATA, ZAVODSKOI_NOMER, GDE_STOIT, "
             "EDINICA_NARABOTKI, RESURS_OBSH, NARABOTKA_SNE, RESURS_MR, NARABOTKA_PPR, SROK_OBSH, DATA_VYPUSKA) "
@@ -74,26 +75,28 @@ private:
 // C: 500 landings less 507, 7 overdue, -1.4%;
 // D: 900:00 of 1000 h (90%), 50:00 of 200 h to overhaul (25%): the overhaul decides;
 // E: 5:00 of 100 h, 5%: under a tenth, "!".
+// Comes off: D at the aircraft's 2000:00 + 200 h − 150:00 = 2050:00; the
+// others have no hours since overhaul booked, which the plan counts from.
 TEST_F(StatusTest, OverdueLimitsShowByHowMuchTheMostUrgentFirst) {
     const Outcome status = run({"status", "--format", "csv"});
     ASSERT_EQ(status.exitCode, 0) << status.err;
     EXPECT_EQ(status.out.substr(0, status.out.find('\n')),
-              "Tail,Kind,Unit,Serial,On,Counts,Booked,Left,Left to overhaul,\"Left, other\",Tightest,"
-              "Tightest limit,Alert");
+              "Tail,Kind,Unit,Serial,On,Counts,Booked,Left,Left to overhaul,\"Left, other\",Comes off at,"
+              "Tightest,Tightest limit,Alert");
     const std::vector<std::vector<std::string>> expected = {
-        {"RA-21002", "B", "", "", "", "срок −3 мес.", "0%", "срок", "!!"},
-        {"RA-21001", "C", "507", "−7", "", "", "0%", "ресурс", "!!"},
-        {"RA-21002", "A", "1012:30", "−12:30", "", "", "0%", "ресурс", "!!"},
-        {"RA-21001", "E", "95:00", "5:00", "", "", "5%", "ресурс", "!"},
-        {"RA-21001", "D", "100:00", "900:00", "50:00", "", "25%", "ППР", ""},
+        {"RA-21002", "B", "", "", "", "срок −3 мес.", "", "0%", "срок", "!!"},
+        {"RA-21001", "C", "507", "−7", "", "", "", "0%", "ресурс", "!!"},
+        {"RA-21002", "A", "1012:30", "−12:30", "", "", "", "0%", "ресурс", "!!"},
+        {"RA-21001", "E", "95:00", "5:00", "", "", "", "5%", "ресурс", "!"},
+        {"RA-21001", "D", "100:00", "900:00", "50:00", "", "2050:00", "25%", "ППР", ""},
     };
     const auto rows = csvRows(status.out);
     ASSERT_EQ(rows.size(), expected.size()) << status.out;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         SCOPED_TRACE(expected[i][1]);
-        ASSERT_EQ(rows[i].size(), 13u);
-        const std::vector<std::string> shown = {rows[i][0], rows[i][3], rows[i][6],  rows[i][7],  rows[i][8],
-                                                rows[i][9], rows[i][10], rows[i][11], rows[i][12]};
+        ASSERT_EQ(rows[i].size(), 14u);
+        const std::vector<std::string> shown = {rows[i][0],  rows[i][3],  rows[i][6],  rows[i][7],  rows[i][8],
+                                                rows[i][9],  rows[i][10], rows[i][11], rows[i][12], rows[i][13]};
         EXPECT_EQ(shown, expected[i]);
     }
 }

@@ -54,6 +54,8 @@ struct StatusKind {
     const char* locationColumn;
     std::vector<Limit> limits;
     bool countsAsColumn24Says = false;
+    // The aircraft's reading at which the unit comes off is planned for it.
+    bool removalPlanned = true;
 };
 
 const StatusKind statusKinds[] = {
@@ -69,16 +71,23 @@ const StatusKind statusKinds[] = {
      1,
      2,
      "MESTO_USTANOVKI",
-     {life(24, 16), other(Measure::hours, 46, 48, "сумма"), other(Measure::hours, 22, 14, "генератор")}},
+     {life(24, 16), other(Measure::hours, 46, 48, "сумма"), other(Measure::hours, 22, 14, "генератор")},
+     false,
+     false},
     {"AGREGAT", "агрегат", 2, 4, "GDE_STOIT", {life(12, 17), overhaul(14, 18), calendar(13, 6)}, true},
     {"VTULKA_NV", "втулка НВ", 2, 4, "GDE_STOIT", {life(12, 17), overhaul(14, 18), calendar(13, 6)}},
     {"LOPAST", "лопасть", 3, 4, "GDE_STOIT", {life(10, 9), overhaul(30, 26), calendar(11, 6)}},
     {"HVOSTOVOY_VINT", "хвостовой винт", 2, 3, "GDE_STOIT", {life(19, 29), overhaul(21, 30), calendar(20, 4)}},
     {"LEBEDKA", "лебёдка", 2, 3, "GDE_STOIT", {life(19, 27), overhaul(21, 28)}},
-    {"PODVESKA", "подвеска", 2, 3, "GDE_STOIT", {life(19, 27), overhaul(21, 28)}},
+    {"PODVESKA", "подвеска", 2, 3, "GDE_STOIT", {life(19, 27), overhaul(21, 28)}, false, false},
     {"SHLANG", "шланг", 3, 6, "GDE_STOIT", {life(5, 12)}},
     {"ZCU", "ЗЦУ", 24, 6, "GDE_STOIT", {life(4, 11), overhaul(20, 22)}},
     {"VOZDUSHNY_VINT", "воздушный винт", 2, 3, "GDE_STOIT", {life(21, 29), overhaul(23, 30)}},
+};
+
+struct Aircraft {
+    std::string tail;
+    std::string type;
 };
 
 // Before an overdue amount: a minus sign, not a hyphen.
@@ -146,13 +155,29 @@ std::string alert(double share) {
     return share < 0.1 ? "!" : "";
 }
 
+// The aircraft's hours (or landings) at which the unit comes off; empty for
+// a unit on an engine, whose removal follows the engine's, and for one whose
+// governing limit or used value is not booked.
+Cell removalReading(db::Connection& connection, db::DataSet& unit, const StatusKind& kind, const Aircraft& aircraft,
+                    bool onEngine, bool landings) {
+    if (!kind.removalPlanned || onEngine) return Cell("");
+    std::string reading;
+    try {
+        reading = plannedRemovalReading(connection, unit, kind.table, aircraft.type, aircraft.tail);
+    } catch (const ConversionError&) {
+        return Cell("");  // a null the plan cannot use; a malformed value failed the remainders before
+    }
+    return landings ? countCell(std::move(reading)) : Cell(std::move(reading));
+}
+
 struct UnitLine {
     std::vector<Cell> cells;
     double tightest;
 };
 
-void addUnits(db::Connection& connection, const StatusKind& kind, const std::string& tail,
+void addUnits(db::Connection& connection, const StatusKind& kind, const Aircraft& aircraft,
               std::vector<UnitLine>& lines) {
+    const std::string& tail = aircraft.tail;
     db::DataSet units(connection, std::string("select * from ") + kind.table + " where " + kind.locationColumn + " = " +
                                       db::quoted(tail) + " order by ID");
     for (units.open(); !units.eof(); units.next()) {
@@ -183,6 +208,7 @@ void addUnits(db::Connection& connection, const StatusKind& kind, const std::str
         lines.push_back({{tail, kind.label, units.field(kind.nameColumn).asText(),
                           units.field(kind.serialColumn).asText(), where, landings ? "посадки" : "часы",
                           landings ? countCell(booked) : Cell(booked), lifeLeft, overhaulLeft, othersLeft,
+                          removalReading(connection, units, kind, aircraft, onEngine, landings),
                           Cell(std::to_string(percent) + "%", percent), tightestLimit ? tightestLimit : "",
                           alert(tightest)},
                          tightest});
@@ -236,11 +262,17 @@ int runStatus(std::ostream& out, const Options& options, const std::optional<std
     db::Connection connection;
     openMainDatabase(connection, options);
     std::vector<std::string> tails;
-    db::DataSet aircraft(connection, "select BORTOVOI_NOMER from REESTR order by BORTOVOI_NOMER");
-    for (aircraft.open(); !aircraft.eof(); aircraft.next()) tails.push_back(aircraft.field(0).asText());
+    std::vector<Aircraft> fleet;
+    // A tail entered twice in the register is shown once, with its first entry's type.
+    db::DataSet aircraft(connection, "select BORTOVOI_NOMER, TIP_VS from REESTR order by BORTOVOI_NOMER, ID");
+    for (aircraft.open(); !aircraft.eof(); aircraft.next()) {
+        if (!tails.empty() && tails.back() == aircraft.field(0).asText()) continue;
+        tails.push_back(aircraft.field(0).asText());
+        fleet.push_back({tails.back(), aircraft.field(1).asText()});
+    }
     if (tail) {
         if (std::find(tails.begin(), tails.end(), *tail) == tails.end()) throw Error(noSuchAircraft(*tail, tails));
-        tails = {*tail};
+        std::erase_if(fleet, [&](const Aircraft& each) { return each.tail != *tail; });
     }
 
     Listing listing({{"Tail"},
@@ -253,11 +285,12 @@ int runStatus(std::ostream& out, const Options& options, const std::optional<std
                      {"Left", true},
                      {"Left to overhaul", true},
                      {"Left, other"},
+                     {"Comes off at", true},
                      {"Tightest", true},
                      {"Tightest limit"},
                      {"Alert"}});
     std::vector<UnitLine> lines;
-    for (const std::string& each : tails)
+    for (const Aircraft& each : fleet)
         for (const StatusKind& kind : statusKinds) addUnits(connection, kind, each, lines);
     // Lines come by aircraft and kind; urgency puts the tightest of them all first.
     if (order == StatusOrder::urgency)
