@@ -86,8 +86,7 @@ std::optional<int> remainingMonths(db::DataSet& row, int calendarLimitColumn, in
 // always read both pairs and clear each one's overrun before comparing.
 std::string FunOstatChasMin(db::DataSet& row, int limitA, int usedA, int limitB, int usedB);
 std::string FunOstatIntegerMin(db::DataSet& row, int limitA, int usedA, int limitB, int usedB);
-std::string FunOstatLetMin(db::DataSet& row, int calendarLimitA, int startDateA, int calendarLimitB,
-                           int startDateB);
+std::string FunOstatLetMin(db::DataSet& row, int calendarLimitA, int startDateA, int calendarLimitB, int startDateB);
 
 // Units that follow the counters of the APU (VSU) or the engine (DVIGATEL)
 // carrying them, found by its serial number: the unit's own counter (column
@@ -99,8 +98,8 @@ std::string FunOstatLetMin(db::DataSet& row, int calendarLimitA, int startDateA,
 // 29; APUs of the ТА-14-130 family count their hours in SUMMA_PPR. An APU not
 // found, a null APU counter or a null reading give "00:00" for hours and "0"
 // for counts; a kind other than 0 to 2 of an APU found gives empty text.
-std::string FunPerNarAgrVSU(db::Connection& connection, db::DataSet& row, const std::string& apuSerial,
-                            int ownColumn, int kind);
+std::string FunPerNarAgrVSU(db::Connection& connection, db::DataSet& row, const std::string& apuSerial, int ownColumn,
+                            int kind);
 // Hours left of an APU unit's limit; any non-zero `deriveFlag` takes the used
 // hours from the APU (on the row's own connection): "H:MM" or "00:00".
 std::string FunOstatChasAgrVSU(db::DataSet& row, const std::string& apuSerial, int limitColumn, int usedColumn,

@@ -2,12 +2,12 @@
 // in service, and the date by which it must come off.
 #include <cctype>
 
-#include "remainders.h"
 #include "mxbook/error.h"
 #include "mxbook/format.h"
 #include "mxbook/host.h"
 #include "mxbook/remaining_life.h"
 #include "mxbook/text.h"
+#include "remainders.h"
 
 namespace mxbook {
 

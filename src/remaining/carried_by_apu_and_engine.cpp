@@ -4,9 +4,9 @@
 
 #include "carrier_rule.h"
 #include "indirect_kinds.h"
-#include "remainders.h"
 #include "mxbook/remaining_life.h"
 #include "mxbook/text.h"
+#include "remainders.h"
 
 namespace mxbook {
 
@@ -57,8 +57,9 @@ constexpr Counter apuCounters[] = {
 };
 
 constexpr Carrier apuCarrier{
-    .counters = "Select OBSHAIA_PPR, ZAPUSKI_PPR, OTBORY_PPR, NAZVANIE, SUMMA_PPR From VSU "
-                "Where ZAVODSKOY_NOMER = :serial Order By ID",
+    .counters =
+        "Select OBSHAIA_PPR, ZAPUSKI_PPR, OTBORY_PPR, NAZVANIE, SUMMA_PPR From VSU "
+        "Where ZAVODSKOY_NOMER = :serial Order By ID",
     .kinds = apuCounters,
     .hoursOfNothing = operating_time::doubleZero,
     .unknownKind = "",
@@ -103,9 +104,9 @@ std::string carriedCounter(const remaining::Queries& queries, db::DataSet& row, 
     if (carrier.nullGivesNothing && (now.isNull() || reading.isNull())) return nothing(carrier, kind);
     // A null reading reads as empty text, which is no operating time or count.
     if (counter.hours)
-        return operating_time::format(remaining::carriedHours(
-            remaining::hoursOf(row.field(ownColumn)), remaining::hoursOf(now),
-            operating_time::parseHoursUpToColon(reading.asText())));
+        return operating_time::format(remaining::carriedHours(remaining::hoursOf(row.field(ownColumn)),
+                                                              remaining::hoursOf(now),
+                                                              operating_time::parseHoursUpToColon(reading.asText())));
     return std::to_string(remaining::carriedCount(remaining::countOf(row, ownColumn),
                                                   remaining::countOf(found, counter.carrierColumn),
                                                   parseInt(reading.asText())));
@@ -119,8 +120,8 @@ remaining::UsedText fromApu(const std::string& serial, int kind) {
 
 }  // namespace
 
-std::string FunPerNarAgrVSU(db::Connection& connection, db::DataSet& row, const std::string& apuSerial,
-                            int ownColumn, int kind) {
+std::string FunPerNarAgrVSU(db::Connection& connection, db::DataSet& row, const std::string& apuSerial, int ownColumn,
+                            int kind) {
     return carriedCounter(remaining::Queries(connection), row, apuCarrier, apuSerial, ownColumn, kind);
 }
 

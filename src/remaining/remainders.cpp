@@ -67,9 +67,9 @@ CountRule countRule(const db::DataSet& row) {
     const IndirectKind& components = indirectKind("AGREGAT");
     if (!derivationApplies(row, components)) return CountRule::stored;
     switch (flagOf(row, components)) {
-        case 0: return CountRule::stored;
-        case 1: return CountRule::derived;
-        default: return CountRule::nothingLeft;
+    case 0: return CountRule::stored;
+    case 1: return CountRule::derived;
+    default: return CountRule::nothingLeft;
     }
 }
 
@@ -86,16 +86,15 @@ std::optional<long long> countLeft(db::DataSet& row, int limitColumn, int usedCo
 
 std::optional<long long> countLeft(db::DataSet& row, int limitColumn, int usedColumn, CountRule rule) {
     switch (rule) {
-        case CountRule::stored: return countLeft(row, limitColumn, usedColumn, storedText);
-        case CountRule::derived: return countLeft(row, limitColumn, usedColumn, derivedComponentTime);
-        case CountRule::nothingLeft: break;
+    case CountRule::stored: return countLeft(row, limitColumn, usedColumn, storedText);
+    case CountRule::derived: return countLeft(row, limitColumn, usedColumn, derivedComponentTime);
+    case CountRule::nothingLeft: break;
     }
     if (eitherNull(row, limitColumn, usedColumn)) return std::nullopt;
     return 0;
 }
 
-std::optional<long long> derivedCountLeft(db::DataSet& row, int limitColumn, int usedColumn,
-                                         const UsedText& derived) {
+std::optional<long long> derivedCountLeft(db::DataSet& row, int limitColumn, int usedColumn, const UsedText& derived) {
     const auto booked = countLeft(row, limitColumn, usedColumn, storedText);
     if (!booked || *booked <= 0) return booked;
     return countLeft(row, limitColumn, usedColumn, derived);

@@ -2,8 +2,8 @@
 // carrier where the unit's kind, location and flag say so.
 #include <algorithm>
 
-#include "remainders.h"
 #include "mxbook/remaining_life.h"
+#include "remainders.h"
 
 namespace mxbook {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "remainders.h"
 #include "mxbook/remaining_life.h"
+#include "remainders.h"
 
 namespace mxbook {
 
@@ -77,8 +77,7 @@ std::string FunOstatIntegerMin(db::DataSet& row, int limitA, int usedA, int limi
     return tightest(Counts{remaining::countRule(row)}, row, {limitA, usedA}, {limitB, usedB});
 }
 
-std::string FunOstatLetMin(db::DataSet& row, int calendarLimitA, int startDateA, int calendarLimitB,
-                           int startDateB) {
+std::string FunOstatLetMin(db::DataSet& row, int calendarLimitA, int startDateA, int calendarLimitB, int startDateB) {
     return tightest(Months{}, row, {calendarLimitA, startDateA}, {calendarLimitB, startDateB});
 }
 

@@ -335,6 +335,13 @@ const std::vector<Callable>& callables() {
         callable(&FunNarabLet, "FunNarabLet", "ROW START_DATE_COLUMN", "the calendar time run since the date in START_DATE_COLUMN: 2г. 6м., or 0"),
         callable(&FunBookYear, "FunBookYear", "MONTHS", "the word for the whole years in MONTHS months: г. or л."),
         callable(&FunDataSniatia, "FunDataSniatia", "ROW OVERHAUL_DATE_COLUMN OVERHAUL_COUNT_COLUMN MANUFACTURE_DATE_COLUMN INTERVAL_LIMIT_COLUMN TOTAL_LIMIT_COLUMN", "the date (dd.mm.yy) the unit must come off by its calendar limits from manufacture and last overhaul; empty without limits"),
+        callable(&FunOstatChasMin, "FunOstatChasMin", "ROW LIMIT_A USED_A LIMIT_B USED_B", "the hours left of the tighter limit of two (limit and used columns of each; -1 for no second pair): H:MM, or 00:00"),
+        callable(&FunOstatIntegerMin, "FunOstatIntegerMin", "ROW LIMIT_A USED_A LIMIT_B USED_B", "the count left of the tighter limit of two (limit and used columns of each, both pairs always read), or 0"),
+        callable(&FunOstatLetMin, "FunOstatLetMin", "ROW LIMIT_A START_DATE_A LIMIT_B START_DATE_B", "the calendar life left of the tighter limit of two (YY.MM and start-date columns of each; -1 for no second pair): 1г. 8м., or 0"),
+        callable(&FunPerNarAgrVSU, "FunPerNarAgrVSU", "ROW APU_SERIAL OWN_COLUMN KIND", "an APU unit's operating time: its own (OWN_COLUMN) plus what the APU ran since it was installed; KIND 0 hours, 1 starts, 2 air bleeds"),
+        callable(&FunOstatChasAgrVSU, "FunOstatChasAgrVSU", "ROW APU_SERIAL LIMIT_COLUMN USED_COLUMN DERIVE", "the hours left of an APU unit's limit, the used hours taken from the APU when DERIVE is not 0: H:MM, or 00:00"),
+        callable(&FunOstatIntegerAgrVSU, "FunOstatIntegerAgrVSU", "ROW APU_SERIAL LIMIT_COLUMN USED_COLUMN KIND DERIVE", "the starts (KIND 1) or air bleeds (KIND 2) left of an APU unit's limit, taken from the APU when DERIVE is not 0, or 0"),
+        callable(&FunPerNarAgrDvig, "FunPerNarAgrDvig", "ROW ENGINE_SERIAL OWN_COLUMN KIND", "an engine-mounted unit's operating time: its own (OWN_COLUMN) plus what the engine ran since it was installed; KIND 0 hours, 1 starts"),
         // Movements: ROW is an AGREGAT row; its changed counters are stored.
         callable(&FunMoveAgregatToVS, "FunMoveAgregatToVS", "ROW TAIL DATE", "nothing: the unit's reading at installation (16), counters (17, 18) and oil time (21) brought to DATE on aircraft TAIL"),
         callable(&FunMoveAgregatFromVS, "FunMoveAgregatFromVS", "ROW AIRCRAFT_TYPE TAIL DATE", "nothing: what TAIL flew since DATE taken off the unit's counters (17, 18) and oil time (21)"),
