@@ -87,7 +87,6 @@ TEST_F(CarriedUnitsTest, ApuUnitLimitsCountTheDerivedValueWhereAsked) {
     insert("VSU", {{"ZAVODSKOY_NOMER", "A-2"}, {"NAZVANIE", "АИ-9В"}, {"ZAPUSKI_PPR", 46}});
     EXPECT_EQ(FunOstatIntegerAgrVSU(apuUnit("20:30", 100, 10, {{"NAZN_ZAPUSKI", 100}}), "A-2", 20, 31, 1, -1), "0");
     EXPECT_EQ(FunOstatChasAgrVSU(apuUnit("20:30", 5, 2, {{"NAZN_RESURS", 50}}), "A-1", 19, 30, -1), "00:00");
-    EXPECT_EQ(FunOstatChasAgrVSU(apuUnit(), "A-1", 19, 30, -1), "00:00");  // no limit
 }
 
 // The engine stands at 1500:30 hours, 300 starts and 999 cycles.
