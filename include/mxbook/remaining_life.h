@@ -9,12 +9,14 @@
 // ConversionError; database failures raise db::Error. "Today" is the host's.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "mxbook/data/connection.h"
 #include "mxbook/data/data_set.h"
 #include "mxbook/date.h"
+#include "mxbook/operating_time.h"
 
 namespace mxbook {
 
@@ -65,6 +67,53 @@ std::string FunBookYear(int months);
 // counted from manufacture and from its last overhaul; empty when it has none.
 std::string FunDataSniatia(db::DataSet& row, int lastOverhaulDateColumn, int overhaulCountColumn,
                            int manufactureDateColumn, int intervalLimitColumn, int totalLimitColumn);
+
+// What is left of one limit before it is written as text: negative when the
+// limit is overrun (a derived unit may be overdue in its derived value
+// alone), std::nullopt when the limit or the used column is null. Hours as
+// FunOstatChas takes them; counts as each pair of FunOstatIntegerMin (a
+// derived general component without a test on its booked count first, 0 for
+// one whose flag is neither 0 nor 1); calendar months as FunOstatLet.
+std::optional<Minutes> remainingMinutes(db::DataSet& row, int limitColumn, int usedColumn);
+std::optional<long long> remainingCount(db::DataSet& row, int limitColumn, int usedColumn);
+std::optional<int> remainingMonths(db::DataSet& row, int calendarLimitColumn, int startDateColumn);
+
+// The tighter of two limits of one measure (total life and life between
+// overhauls, say): the smaller remainder, an overrun included, written as the
+// single-limit function writes it. A pair with a null column does not count;
+// neither pair counting gives "00:00" or "0". The hours and calendar
+// variants take no second pair when a column number of it is -1; counts
+// always read both pairs and clear each one's overrun before comparing.
+std::string FunOstatChasMin(db::DataSet& row, int limitA, int usedA, int limitB, int usedB);
+std::string FunOstatIntegerMin(db::DataSet& row, int limitA, int usedA, int limitB, int usedB);
+std::string FunOstatLetMin(db::DataSet& row, int calendarLimitA, int startDateA, int calendarLimitB, int startDateB);
+
+// Units that follow the counters of the APU (VSU) or the engine (DVIGATEL)
+// carrying them, found by its serial number: the unit's own counter (column
+// `ownColumn`) plus what the carrier ran since the unit was installed, never
+// below zero. Counter kinds: 0 hours ("H:MM"), 1 starts, 2 air bleeds (APUs
+// only), as decimal text.
+//
+// APU units (AGR_VSU) keep the APU's readings at installation in 27, 28 and
+// 29; APUs of the ТА-14-130 family count their hours in SUMMA_PPR. An APU not
+// found, a null APU counter or a null reading give "00:00" for hours and "0"
+// for counts; a kind other than 0 to 2 of an APU found gives empty text.
+std::string FunPerNarAgrVSU(db::Connection& connection, db::DataSet& row, const std::string& apuSerial, int ownColumn,
+                            int kind);
+// Hours left of an APU unit's limit; any non-zero `deriveFlag` takes the used
+// hours from the APU (on the row's own connection): "H:MM" or "00:00".
+std::string FunOstatChasAgrVSU(db::DataSet& row, const std::string& apuSerial, int limitColumn, int usedColumn,
+                               int deriveFlag);
+// Starts (kind 1) or air bleeds (2) left: with a non-zero `deriveFlag` the
+// derived count is subtracted where the booked count leaves something of the
+// limit. Decimal text, "0" when nothing is left.
+std::string FunOstatIntegerAgrVSU(db::DataSet& row, const std::string& apuSerial, int limitColumn, int usedColumn,
+                                  int kind, int deriveFlag);
+// Engine-mounted general components (AGREGAT) keep the engine's hours or
+// starts at installation in 16; a null one raises ConversionError. An engine
+// not found, or a kind other than 0 and 1, gives "0".
+std::string FunPerNarAgrDvig(db::Connection& connection, db::DataSet& row, const std::string& engineSerial,
+                             int ownColumn, int kind);
 
 // Removal planning: the reading of the aircraft's own counter since its last
 // overhaul (register NARABOTKA_PPR_CHASOV, or NARABOTKA_PPR_POSADKI for a

@@ -7,6 +7,7 @@
 #include "mxbook/host.h"
 #include "mxbook/remaining_life.h"
 #include "mxbook/text.h"
+#include "remainders.h"
 
 namespace mxbook {
 
@@ -60,12 +61,19 @@ std::string FunBookYear(int months) {
     return last >= '1' && last <= '4' ? "г. " : "л. ";
 }
 
-std::string FunOstatLet(db::DataSet& row, int calendarLimitColumn, int startDateColumn) {
+std::optional<int> remainingMonths(db::DataSet& row, int calendarLimitColumn, int startDateColumn) {
     const db::Field limit = row.field(calendarLimitColumn);
     const db::Field start = row.field(startDateColumn);
-    if (limit.isNull() || start.isNull()) return "0";
-    const int left = limitMonthsAtPoint(limit.asText()) - monthsSince(start.asDate());
-    return left > 0 ? duration(left) : "0";
+    if (limit.isNull() || start.isNull()) return std::nullopt;
+    return limitMonthsAtPoint(limit.asText()) - monthsSince(start.asDate());
+}
+
+std::string FunOstatLet(db::DataSet& row, int calendarLimitColumn, int startDateColumn) {
+    return remaining::calendarLeftText(remainingMonths(row, calendarLimitColumn, startDateColumn));
+}
+
+std::string remaining::calendarLeftText(std::optional<int> months) {
+    return months && *months > 0 ? duration(*months) : "0";
 }
 
 std::string FunNarabLet(db::DataSet& row, int startDateColumn) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "carrier_rule.h"
 #include "mxbook/data/value.h"
 #include "mxbook/error.h"
 #include "mxbook/operating_time.h"
@@ -76,12 +77,7 @@ db::DataSet carryingEngine(const Queries& queries, const db::DataSet& row, int l
                         " Order By ID;");
 }
 
-// A null counter counts as zero; a missing carrier row is an error, as its
-// counter cannot be read.
-Minutes hoursOf(const db::Field& field) {
-    return field.isNull() ? Minutes() : operating_time::parseHoursUpToColon(field.asText());
-}
-
+// A missing carrier row is an error, as its counter cannot be read.
 // The aircraft's counter; `tail` names it when the register has no such row.
 Minutes carrierHours(db::DataSet& carrier, int column, const std::string& tail) {
     if (carrier.eof()) throw ConversionError(tail, "tail number of an aircraft in the register");
@@ -100,17 +96,11 @@ Minutes installReading(const db::DataSet& row, const IndirectKind& kind) {
 }
 
 std::string hoursTotal(Minutes own, Minutes carrierNow, Minutes atInstallation) {
-    return operating_time::format((own + (carrierNow - atInstallation)).atLeastZero());
+    return operating_time::format(carriedHours(own, carrierNow, atInstallation));
 }
 
 std::string countTotal(int own, int carrierNow, int atInstallation) {
-    const long long total = static_cast<long long>(own) + carrierNow - atInstallation;
-    return std::to_string(std::max(total, 0LL));
-}
-
-int countOf(const db::DataSet& row, int column) {
-    const db::Field field = row.field(column);
-    return field.isNull() ? 0 : parseInt(field.asText());
+    return std::to_string(carriedCount(own, carrierNow, atInstallation));
 }
 
 std::string generalComponentTime(const Queries& queries, db::DataSet& row, const IndirectKind& kind, int own) {
@@ -140,10 +130,20 @@ std::string generalComponentTime(const Queries& queries, db::DataSet& row, const
 }  // namespace
 
 db::DataSet Queries::open(std::string sql) const {
-    db::DataSet query =
-        connection_ ? db::DataSet(*connection_, std::move(sql)) : row_->onSameConnection(std::move(sql));
+    db::DataSet query = prepare(std::move(sql));
     query.open();
     return query;
+}
+
+db::DataSet Queries::open(std::string sql, std::string_view parameter, const db::Value& value) const {
+    db::DataSet query = prepare(std::move(sql));
+    query.setParam(parameter, value);
+    query.open();
+    return query;
+}
+
+db::DataSet Queries::prepare(std::string sql) const {
+    return connection_ ? db::DataSet(*connection_, std::move(sql)) : row_->onSameConnection(std::move(sql));
 }
 
 std::span<const IndirectKind> indirectKinds() { return kinds; }
@@ -159,6 +159,15 @@ const IndirectKind& indirectKind(std::string_view table) {
 int intOrZero(const db::DataSet& row, int column) {
     const db::Field field = row.field(column);
     return field.isNull() ? 0 : field.asInt();
+}
+
+int countOf(const db::DataSet& row, int column) {
+    const db::Field field = row.field(column);
+    return field.isNull() ? 0 : parseInt(field.asText());
+}
+
+Minutes hoursOf(const db::Field& field) {
+    return field.isNull() ? Minutes() : operating_time::parseHoursUpToColon(field.asText());
 }
 
 std::string derivedOperatingTime(const Queries& queries, db::DataSet& row, const IndirectKind& kind, int ownColumn) {

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "mxbook/data/data_set.h"
+#include "mxbook/operating_time.h"
 
 namespace mxbook::remaining {
 
@@ -20,8 +21,12 @@ public:
 
     // The query, opened.
     db::DataSet open(std::string sql) const;
+    // The query with its one parameter set, opened.
+    db::DataSet open(std::string sql, std::string_view parameter, const db::Value& value) const;
 
 private:
+    db::DataSet prepare(std::string sql) const;
+
     db::Connection* connection_ = nullptr;
     const db::DataSet* row_ = nullptr;
 };
@@ -53,5 +58,9 @@ std::string derivedOperatingTime(const Queries& queries, db::DataSet& row, const
 
 // The value of an integer column; 0 for a null.
 int intOrZero(const db::DataSet& row, int column);
+// A counter held as an integer or as its decimal text; 0 for a null.
+int countOf(const db::DataSet& row, int column);
+// Operating time "H:MM", split at the first ":"; zero for a null.
+Minutes hoursOf(const db::Field& field);
 
 }  // namespace mxbook::remaining
