@@ -25,8 +25,11 @@ constexpr const char* floorStatements[] = {
     "Select NARABOTKA_PPR_CHASOV, NARABOTKA_PPR_POSADKI From REESTR Where TIP_VS=? And BORTOVOI_NOMER=? Order By ID",
     "Select NARABOTKA_PPR_CHASOV From REESTR Where TIP_VS=? And BORTOVOI_NOMER=? Order By ID",
     "Select * From DVIGATEL Where GDE_STOIT=? And ZAVODSKOI_NOMER=? Order By ID",
+    "select NARABOTKA_PPR_CHASOV, NARABOTKA_PPR_POSADKI from REESTR where TIP_VS = ? and BORTOVOI_NOMER = ? order by ID",
+    "Select OBSHAIA_PPR, ZAPUSKI_PPR, OTBORY_PPR, NAZVANIE, SUMMA_PPR From VSU Where ZAVODSKOY_NOMER = ? Order By ID",
+    "Select NARABOTKA_PPR, ZAPUSKI_PPR From DVIGATEL Where ZAVODSKOI_NOMER = ? Order By ID",
 };
-enum { registerBoth, registerHours, engineRow };
+enum { registerBoth, registerHours, engineRow, planningRegister, apuCounters, engineCounters };
 
 struct Case {
     std::string name;
@@ -53,6 +56,19 @@ std::function<void(db::DataSet&, std::vector<Query>&)> registerQuery(int stateme
     };
 }
 
+// A general component's removal plan: the register row of its aircraft, then,
+// where its governing limit and used hours are booked and its flag is 1, the
+// derivation's carrier query.
+void planningQueries(db::DataSet& row, std::vector<Query>& queries) {
+    queries.push_back({planningRegister, {row.field(1).asText(), row.field(27).asText()}});
+    const bool firstOverhaul = (row.field(10).isNull() || row.field(10).asInt() == 0) && !row.field(43).isNull();
+    int limit = firstOverhaul ? 43 : 14;
+    if (row.field(limit).isNull()) limit = 12;
+    const bool flagged = !row.field(39).isNull() && row.field(39).asInt() == 1;
+    const bool counted = !row.field(24).isNull() && (row.field(24).asInt() == 0 || row.field(24).asInt() == 1);
+    if (!row.field(limit).isNull() && !row.field(18).isNull() && counted && flagged) componentQuery(row, queries);
+}
+
 std::vector<Case> cases() {
     const auto none = [](db::DataSet&, std::vector<Query>&) {};
     return {
@@ -74,6 +90,23 @@ std::vector<Case> cases() {
              const bool flagged = !row.field(39).isNull() && row.field(39).asInt() == 1;
              const bool on = !isOffAircraft(row.field(27).asText()) || (onEngine(row) && !row.field(29).isNull());
              if (flagged && on && !row.field(12).isNull() && !row.field(17).isNull()) componentQuery(row, queries);
+         }},
+        {"FunPPRPlanDliaSniat/AGREGAT", "AGREGAT where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)",
+         [](db::Connection& c, db::DataSet& r) { FunPPRPlanDliaSniat(c, r, r.field(1).asText(), r.field(27).asText()); },
+         planningQueries},
+        // The APU-unit report's hours: derived from the APU.
+        {"FunOstatChasAgrVSU/AGR_VSU", "AGR_VSU",
+         [](db::Connection&, db::DataSet& r) { FunOstatChasAgrVSU(r, r.field(42).asText(), 19, 30, -1); },
+         [](db::DataSet& row, std::vector<Query>& queries) {
+             if (!row.field(19).isNull() && !row.field(30).isNull())
+                 queries.push_back({apuCounters, {row.field(42).asText()}});
+         }},
+        // Hours or starts, as each unit counts.
+        {"FunPerNarAgrDvig/AGREGAT",
+         "AGREGAT where PLAN_DVIG_VSU = 1 and NUMER_DVIG_VSU is not null and EDINICA_NARABOTKI in (0, 1)",
+         [](db::Connection& c, db::DataSet& r) { FunPerNarAgrDvig(c, r, r.field(29).asText(), 17, r.field(24).asInt()); },
+         [](db::DataSet& row, std::vector<Query>& queries) {
+             queries.push_back({engineCounters, {row.field(29).asText()}});
          }},
         {"FunOstatLet/AGREGAT", "AGREGAT", [](db::Connection&, db::DataSet& r) { FunOstatLet(r, 13, 6); }, none},
         {"FunNarabLet/AGREGAT", "AGREGAT", [](db::Connection&, db::DataSet& r) { FunNarabLet(r, 6); }, none},

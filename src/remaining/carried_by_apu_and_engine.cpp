@@ -95,7 +95,7 @@ int carrierColumn(const Carrier& carrier, const Counter& counter, db::DataSet& f
 
 std::string carriedCounter(const remaining::Queries& queries, db::DataSet& row, const Carrier& carrier,
                            const std::string& serial, int ownColumn, int kind) {
-    db::DataSet found = queries.open(std::string(carrier.counters), "serial", db::Value(serial));
+    db::DataSet found = queries.open(std::string(carrier.counters), {{"serial", serial}});
     if (found.eof()) return nothing(carrier, kind);
     if (kind < 0 || kind >= static_cast<int>(carrier.kinds.size())) return std::string(carrier.unknownKind);
     const Counter& counter = carrier.kinds[static_cast<std::size_t>(kind)];

@@ -67,14 +67,14 @@ constexpr int cyclesSinceOverhaul = 27;
 db::DataSet registerCounters(const Queries& queries, const db::DataSet& row, int tailColumn, bool withLandings) {
     const std::string select = withLandings ? "Select NARABOTKA_PPR_CHASOV, NARABOTKA_PPR_POSADKI From REESTR"
                                             : "Select NARABOTKA_PPR_CHASOV From REESTR";
-    return queries.open(select + " Where TIP_VS=" + db::quoted(row.field(typeColumn).asText()) +
-                        " And BORTOVOI_NOMER=" + db::quoted(row.field(tailColumn).asText()) + " Order By ID;");
+    return queries.open(select + " Where TIP_VS=:type And BORTOVOI_NOMER=:tail Order By ID;",
+                        {{"type", row.field(typeColumn).asText()}, {"tail", row.field(tailColumn).asText()}});
 }
 
 db::DataSet carryingEngine(const Queries& queries, const db::DataSet& row, int locationColumn) {
-    return queries.open("Select * From DVIGATEL Where GDE_STOIT=" + db::quoted(row.field(locationColumn).asText()) +
-                        " And ZAVODSKOI_NOMER=" + db::quoted(row.field(component::carrierSerial).asText()) +
-                        " Order By ID;");
+    return queries.open("Select * From DVIGATEL Where GDE_STOIT=:location And ZAVODSKOI_NOMER=:serial Order By ID;",
+                        {{"location", row.field(locationColumn).asText()},
+                         {"serial", row.field(component::carrierSerial).asText()}});
 }
 
 // A missing carrier row is an error, as its counter cannot be read.
@@ -135,9 +135,9 @@ db::DataSet Queries::open(std::string sql) const {
     return query;
 }
 
-db::DataSet Queries::open(std::string sql, std::string_view parameter, const db::Value& value) const {
+db::DataSet Queries::open(std::string sql, Parameters parameters) const {
     db::DataSet query = prepare(std::move(sql));
-    query.setParam(parameter, value);
+    for (const auto& [name, value] : parameters) query.setParam(name, value);
     query.open();
     return query;
 }

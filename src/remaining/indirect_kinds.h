@@ -3,9 +3,11 @@
 // derivation they share.
 #pragma once
 
+#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "mxbook/data/data_set.h"
 #include "mxbook/operating_time.h"
@@ -21,8 +23,10 @@ public:
 
     // The query, opened.
     db::DataSet open(std::string sql) const;
-    // The query with its one parameter set, opened.
-    db::DataSet open(std::string sql, std::string_view parameter, const db::Value& value) const;
+    // The query with its parameters set, opened. Values go as parameters, not
+    // into the text, so that one prepared statement serves every unit.
+    using Parameters = std::initializer_list<std::pair<std::string_view, db::Value>>;
+    db::DataSet open(std::string sql, Parameters parameters) const;
 
 private:
     db::DataSet prepare(std::string sql) const;

@@ -77,8 +77,9 @@ TEST_F(CarrierHoursTest, AMissingRegisterRowRaises) {
     }
 }
 
-// Values go into the statements quoted: an apostrophe in a tail number finds
-// its own aircraft, and text made to widen the query finds none.
+// Values go to the statements as parameters and select what the quoted text
+// did: an apostrophe in a tail number finds its own aircraft, text made to
+// widen the query finds none, letter case counts and trailing blanks do not.
 TEST_F(CarrierHoursTest, TailNumbersWithApostrophesSelectTheirOwnAircraftOnly) {
     aircraft("RA-0'1", "10:00");
     aircraft("RA-22451", "1500:30");
@@ -88,6 +89,10 @@ TEST_F(CarrierHoursTest, TailNumbersWithApostrophesSelectTheirOwnAircraftOnly) {
         insert("LOPAST",
                {{"TIP_VS", "Ми-8МТВ-1"}, {"GDE_STOIT", "x' or BORTOVOI_NOMER='RA-22451"}, {"NARABOTKA_PPR", "1:00"}});
     EXPECT_THROW(FunNepNarLopast(connection(), row("LOPAST", injected), 26), ConversionError);
+    const int lower = insert("LOPAST", {{"TIP_VS", "Ми-8МТВ-1"}, {"GDE_STOIT", "ra-22451"}, {"NARABOTKA_PPR", "1:00"}});
+    EXPECT_THROW(FunNepNarLopast(connection(), row("LOPAST", lower), 26), ConversionError);
+    const int blanks = insert("LOPAST", {{"TIP_VS", "Ми-8МТВ-1 "}, {"GDE_STOIT", "RA-22451  "}, {"NARABOTKA_PPR", "1:00"}});
+    EXPECT_EQ(FunNepNarLopast(connection(), row("LOPAST", blanks), 26), "1501:30");
 }
 
 TEST_F(CarrierHoursTest, OnlyBladesTakeAnEmptyReadingAsZero) {

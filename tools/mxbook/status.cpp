@@ -102,38 +102,33 @@ struct Left {
 
 int monthNumber(Date date) { return date.year() * 12 + date.month(); }
 
-// The library's remainders stop at zero ("00:00", "0"); past the limit the
-// amount overdue is worked here from the limit and the booked value. Where
-// the library derives the used time from the carrier, its zero stands.
+// The library's signed remainders, so that a unit past its limit shows by
+// how much, its derived operating time included; the texts of what is left
+// are the remaining-life functions' own.
 std::optional<Left> leftOf(db::DataSet& row, const Limit& limit, bool countsLandings) {
-    const db::Field limitField = row.field(limit.limitColumn);
-    const db::Field usedField = row.field(limit.usedColumn);
-    if (limitField.isNull() || usedField.isNull()) return std::nullopt;
     if (limit.measure == Measure::calendar) {
-        const std::string text = FunOstatLet(row, limit.limitColumn, limit.usedColumn);
-        const std::string stored = limitField.asText();
-        const auto point = stored.find('.');
-        const int total = parseInt(stored.substr(0, point)) * 12 +
-                          parseInt(characters(std::string_view(stored).substr(point + 1), 0, 2));
+        const std::optional<int> left = remainingMonths(row, limit.limitColumn, limit.usedColumn);
+        if (!left) return std::nullopt;
         // Months count as the library counts them: by month, the days aside.
-        const int left = total - (monthNumber(host().today()) - monthNumber(usedField.asDate()));
-        return Left{left < 0 ? Cell(minus + std::to_string(-left) + " мес.") : Cell(text),
-                    total > 0 ? static_cast<double>(left) / total : 0.0};
+        const int total = *left + monthNumber(host().today()) - monthNumber(row.field(limit.usedColumn).asDate());
+        return Left{*left < 0 ? Cell(minus + std::to_string(-*left) + " мес.")
+                              : Cell(FunOstatLet(row, limit.limitColumn, limit.usedColumn)),
+                    total > 0 ? static_cast<double>(*left) / total : 0.0};
     }
+    const db::Field limitField = row.field(limit.limitColumn);
+    if (limitField.isNull() || limitField.asInt() <= 0) return std::nullopt;
     const long long total = limitField.asInt();
-    if (total <= 0) return std::nullopt;
     if (limit.measure == Measure::count || countsLandings) {
-        const std::string text = FunOstatInteger(row, limit.limitColumn, limit.usedColumn);
-        long long left = parseInt64(text);
-        if (left == 0) left = std::min(0LL, total - parseInt64(usedField.asText()));
-        return Left{Cell(left < 0 ? minus + std::to_string(-left) : text, left), static_cast<double>(left) / total};
+        const std::optional<long long> left = remainingCount(row, limit.limitColumn, limit.usedColumn);
+        if (!left) return std::nullopt;
+        const std::string text = *left < 0 ? minus + std::to_string(-*left) : std::to_string(*left);
+        return Left{Cell(text, *left), static_cast<double>(*left) / static_cast<double>(total)};
     }
-    const std::string text = FunOstatChas(row, limit.limitColumn, limit.usedColumn);
-    Minutes left = operating_time::parseHoursUpToColon(text);
-    if (left == Minutes())
-        left = std::min(Minutes(), Minutes(total * 60) - operating_time::parseHoursColonTwoDigits(usedField.asText()));
-    return Left{left < Minutes() ? Cell(minus + operating_time::format(Minutes() - left)) : Cell(text),
-                static_cast<double>(left.count()) / static_cast<double>(total * 60)};
+    const std::optional<Minutes> left = remainingMinutes(row, limit.limitColumn, limit.usedColumn);
+    if (!left) return std::nullopt;
+    return Left{*left < Minutes() ? Cell(minus + operating_time::format(Minutes() - *left))
+                                  : Cell(operating_time::formatOrDoubleZero(*left)),
+                static_cast<double>(left->count()) / static_cast<double>(total * 60)};
 }
 
 // An other limit's remainder names the limit and says its unit: "циклы 120",
