@@ -1,5 +1,6 @@
 // Each measured operation beside its floor: the reporter keeps the times of
-// benchmarks named "X" and "X/floor" and prints X / floor after the run.
+// benchmarks named "X" and "X/floor" and prints X / floor after the run;
+// with --benchmark_repetitions, of each one's fastest repetition.
 #pragma once
 
 #include <benchmark/benchmark.h>

@@ -206,6 +206,15 @@ std::int64_t ConnectionImpl::execute(const std::string& sql, const std::vector<V
     return affected;
 }
 
+std::shared_ptr<const PositionalSql> ConnectionImpl::positional(const std::string& sql) {
+    if (const auto found = positional_.find(sql); found != positional_.end()) return found->second;
+    // Texts with values pasted in would grow the map without end; starting
+    // over now and then keeps it to the texts in use.
+    constexpr std::size_t kept = 256;
+    if (positional_.size() >= kept) positional_.clear();
+    return positional_[sql] = std::make_shared<const PositionalSql>(toPositional(sql));
+}
+
 std::vector<std::string> ConnectionImpl::relationAliases(const std::string& sql) {
     const ReadScope scope = beginRead();
     return prepare(scope.get(), sql)->relationAliases();

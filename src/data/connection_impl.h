@@ -7,10 +7,12 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "firebird.h"
 #include "mxbook/data/connection_string.h"
+#include "sql_text.h"
 #include "statement.h"
 
 namespace mxbook::db::detail {
@@ -80,6 +82,9 @@ public:
     // for after another connection changed the schema.
     void forgetStatements();
     void forgetStatement(const std::string& sql) { statements_.forget(sql); }
+    // The text with its ":name" parameters as markers, read once per text:
+    // a lookup opened per unit would otherwise read its text every time.
+    std::shared_ptr<const PositionalSql> positional(const std::string& sql);
 
     // Runs a statement without a cursor in `transaction`; returns what its
     // RETURNING clause gives (empty without one). `affected` receives the
@@ -145,6 +150,7 @@ private:
     Snapshot snapshot_;
     std::shared_ptr<Work> work_;
     StatementCache statements_{128};
+    std::unordered_map<std::string, std::shared_ptr<const PositionalSql>> positional_;
     std::map<std::string, std::vector<std::string>> primaryKeys_;
     std::set<CursorUser*> cursorUsers_;
 };

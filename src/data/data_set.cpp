@@ -134,32 +134,31 @@ public:
         state = State::inactive;
     }
 
-    detail::PositionalSql checkedSql() const {
-        detail::PositionalSql positional = detail::toPositional(sql);
-        if (positional.unnamedMarkers > 0)
+    std::shared_ptr<const detail::PositionalSql> checkedSql() const {
+        std::shared_ptr<const detail::PositionalSql> positional = connection->positional(sql);
+        if (positional->unnamedMarkers > 0)
             throw ArgumentError("the SQL text has a '?' marker; name its parameters as :NAME instead");
-        for (const auto& [name, value] : params) {
-            const bool used = std::any_of(positional.names.begin(), positional.names.end(),
-                                          [&](const std::string& n) { return upper(n) == name; });
-            if (!used) throw ArgumentError("the SQL text has no parameter :" + name);
-        }
-        for (const std::string& name : positional.names)
-            if (!params.count(upper(name))) throw ArgumentError("parameter :" + name + " is not set");
+        const auto& names = positional->upperNames;
+        for (const auto& [name, value] : params)
+            if (std::find(names.begin(), names.end(), name) == names.end())
+                throw ArgumentError("the SQL text has no parameter :" + name);
+        for (std::size_t i = 0; i < names.size(); ++i)
+            if (!params.count(names[i])) throw ArgumentError("parameter :" + positional->names[i] + " is not set");
         return positional;
     }
 
     void open() {
         close();
-        const detail::PositionalSql positional = checkedSql();
+        const auto positional = checkedSql();
         reading = connection->beginRead();
         try {
-            cursor = std::make_unique<detail::Cursor>(*connection, reading.get(), positional.sql,
-                                                      paramValues(positional));
+            cursor = std::make_unique<detail::Cursor>(*connection, reading.get(), positional->sql,
+                                                      paramValues(*positional));
         } catch (...) {
             reading = {};
             throw;
         }
-        openedSql = positional.sql;
+        openedSql = positional->sql;
         if (!cursor->returnsRows()) {
             cursor.reset();
             reading = {};
@@ -178,7 +177,7 @@ public:
     std::vector<Value> paramValues(const detail::PositionalSql& positional) const {
         std::vector<Value> values;
         // checkedSql() made sure that every name has a value.
-        for (const std::string& name : positional.names) values.push_back(params.find(upper(name))->second);
+        for (const std::string& name : positional.upperNames) values.push_back(params.find(name)->second);
         return values;
     }
 
@@ -404,8 +403,8 @@ DataSet::State DataSet::state() const { return impl_ ? impl_->state : State::ina
 
 std::int64_t DataSet::execute() {
     close();
-    const detail::PositionalSql positional = impl().checkedSql();
-    return impl().connection->execute(positional.sql, impl().paramValues(positional));
+    const auto positional = impl().checkedSql();
+    return impl().connection->execute(positional->sql, impl().paramValues(*positional));
 }
 
 void DataSet::first() {

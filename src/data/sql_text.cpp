@@ -108,6 +108,7 @@ PositionalSql toPositional(std::string_view sql) {
             std::size_t end = at + 1;
             while (end < sql.size() && isNameChar(sql[end])) ++end;
             result.names.emplace_back(sql.substr(at + 1, end - at - 1));
+            result.upperNames.push_back(upperAscii(result.names.back()));
             result.sql += '?';
             at = end;
         } else if (sql[at] == '?') {

@@ -12,6 +12,7 @@ namespace mxbook::db::detail {
 struct PositionalSql {
     std::string sql;
     std::vector<std::string> names;  // one per marker, in order
+    std::vector<std::string> upperNames;  // the same, upper-cased as parameters are matched
     std::size_t unnamedMarkers = 0;  // "?" already in the text
 };
 PositionalSql toPositional(std::string_view sql);
