@@ -131,6 +131,7 @@ public:
         buffer.clear();
         failure.clear();
         position = 0;
+        leftFirstRow = false;
         state = State::inactive;
     }
 
@@ -229,6 +230,10 @@ public:
 
     bool eof() const { return position >= rows.size(); }
 
+    void checkKeepsRows(const char* what) const {
+        if (traversal == Traversal::forwardOnly) throw Error(std::string("a forward-only data set cannot ") + what);
+    }
+
     const detail::WritableTable& target() {
         if (!writable) {
             // The open cursor's own statement, rather than a second one prepared beside it.
@@ -266,6 +271,7 @@ public:
     }
 
     void startInsert(std::size_t at) {
+        checkKeepsRows("change its rows");
         toBrowse();
         target();
         insertAt = std::min(at, rows.size());
@@ -343,6 +349,8 @@ public:
     std::shared_ptr<const detail::NameIndex> byName;
     std::optional<detail::WritableTable> writable;
 
+    Traversal traversal = Traversal::any;
+    bool leftFirstRow = false;  // forward only: the rows behind are gone
     std::vector<Row> rows;
     std::size_t position = 0;
     std::vector<std::vector<Value>> deleted;  // stored rows deleted and not yet stored
@@ -363,7 +371,10 @@ DataSet::DataSet(Connection& connection) {
     impl_ = std::make_unique<Impl>(connection.impl());
 }
 
-DataSet::DataSet(Connection& connection, std::string sql) : DataSet(connection) { setSql(std::move(sql)); }
+DataSet::DataSet(Connection& connection, std::string sql, Traversal traversal) : DataSet(connection) {
+    setSql(std::move(sql));
+    impl().traversal = traversal;
+}
 
 DataSet::~DataSet() = default;
 
@@ -409,15 +420,23 @@ std::int64_t DataSet::execute() {
 
 void DataSet::first() {
     impl().toBrowse();
+    if (impl().leftFirstRow)
+        throw Error("a forward-only data set cannot go back to its first row; open it again");
     impl().position = 0;
     impl().fetchUpTo(0);
 }
 
 void DataSet::next() {
-    impl().toBrowse();
-    if (impl().eof()) return;
-    ++impl().position;
-    impl().fetchUpTo(impl().position);
+    Impl& impl = this->impl();
+    impl.toBrowse();
+    if (impl.eof()) return;
+    ++impl.position;
+    if (impl.traversal == Traversal::forwardOnly) {
+        impl.rows.erase(impl.rows.begin(), impl.rows.begin() + static_cast<std::ptrdiff_t>(impl.position));
+        impl.position = 0;
+        impl.leftFirstRow = true;
+    }
+    impl.fetchUpTo(impl.position);
 }
 
 bool DataSet::eof() {
@@ -427,6 +446,7 @@ bool DataSet::eof() {
 
 int DataSet::recordCount() {
     impl().checkOpen();
+    impl().checkKeepsRows("count its rows");
     impl().fetchAll();
     return static_cast<int>(impl().rows.size());
 }
@@ -472,6 +492,7 @@ Value DataSet::currentValue(int index) const {
 
 bool DataSet::locate(std::string_view column, const Value& value) {
     impl().toBrowse();
+    impl().checkKeepsRows("search its rows");
     const int index = indexOf(column);
     Value wanted;
     try {
@@ -491,6 +512,7 @@ bool DataSet::locate(std::string_view column, const Value& value) {
 
 void DataSet::edit() {
     impl().checkOpen();
+    impl().checkKeepsRows("change its rows");
     if (impl().state == State::edit || impl().state == State::insert) return;
     if (impl().eof()) throw Error("the data set has no current row to edit");
     impl().target();
@@ -505,6 +527,7 @@ void DataSet::insert() { impl().startInsert(impl().position); }
 
 void DataSet::append() {
     impl().checkOpen();
+    impl().checkKeepsRows("change its rows");
     impl().fetchAll();
     impl().startInsert(impl().rows.size());
 }
@@ -533,6 +556,7 @@ void DataSet::cancel() {
 
 void DataSet::remove() {
     impl().checkOpen();
+    impl().checkKeepsRows("change its rows");
     if (impl().state == State::insert) return cancel();
     cancel();
     if (impl().eof()) throw Error("the data set has no current row to delete");

@@ -34,6 +34,22 @@ TEST_F(DataSetTest, WalksRowsInOrder) {
     EXPECT_EQ(rows.field("ID").asInt(), 1);
 }
 
+TEST_F(DataSetTest, ForwardOnlyWalksOnceAndRefusesWhatNeedsTheRowsBehind) {
+    DataSet rows(connection(), "Select * From SAMPLE Order By ID", DataSet::Traversal::forwardOnly);
+    rows.open();
+    rows.first();  // still on it
+    std::vector<int> counters;
+    for (; !rows.eof(); rows.next()) counters.push_back(rows.field("COUNTER").asInt());
+    EXPECT_EQ(counters, (std::vector<int>{10, 20, 30, 40}));
+    EXPECT_THROW(rows.first(), Error);
+    EXPECT_THROW(rows.recordCount(), Error);
+    EXPECT_THROW(rows.locate("ID", 1), Error);
+    rows.open();  // again from the first row
+    EXPECT_EQ(rows.field("COUNTER").asInt(), 10);
+    EXPECT_THROW(rows.edit(), Error);
+    EXPECT_THROW(rows.append(), Error);
+}
+
 TEST_F(DataSetTest, EmptyResultIsAtItsEnd) {
     DataSet rows = openQuery("select * from SAMPLE where ID < 0");
     EXPECT_TRUE(rows.eof());

@@ -173,8 +173,10 @@ struct UnitLine {
 void addUnits(db::Connection& connection, const StatusKind& kind, const Aircraft& aircraft,
               std::vector<UnitLine>& lines) {
     const std::string& tail = aircraft.tail;
-    db::DataSet units(connection, std::string("select * from ") + kind.table + " where " + kind.locationColumn + " = " +
-                                      db::quoted(tail) + " order by ID");
+    db::DataSet units(connection,
+                      std::string("select * from ") + kind.table + " where " + kind.locationColumn + " = :tail order by ID",
+                      db::DataSet::Traversal::forwardOnly);
+    units.setParam("tail", tail);
     for (units.open(); !units.eof(); units.next()) {
         const bool landings = kind.countsAsColumn24Says && !units.field(24).isNull() && units.field(24).asInt() == 1;
         Cell lifeLeft(""), overhaulLeft("");

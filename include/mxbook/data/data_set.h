@@ -79,9 +79,15 @@ private:
 class DataSet {
 public:
     enum class State { inactive, browse, edit, insert };
+    // How the rows may be walked: any way, every fetched row kept; or forward
+    // only, keeping the current row alone, for a caller that reads each row
+    // once (a report, an export, the fleet status). A forward-only data set
+    // cannot go back to its first row once it has left it, count or search
+    // its rows, or change them: those raise Error.
+    enum class Traversal { any, forwardOnly };
 
     explicit DataSet(Connection& connection);
-    DataSet(Connection& connection, std::string sql);
+    DataSet(Connection& connection, std::string sql, Traversal traversal = Traversal::any);
     ~DataSet();
     DataSet(DataSet&&) noexcept;
     DataSet& operator=(DataSet&&) noexcept;
