@@ -240,15 +240,5 @@ TEST_F(CliTest, BadInputToEveryFunctionChangesNothing) {
     EXPECT_TRUE(contentsOf(database) == before) << "a table changed";
 }
 
-TEST(Cli, WrongArgumentsPrintUsageAndExitOne) {
-    testing::TempFolder folder;
-    for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
-             {}, {"fly"}, {"status", "--format", "xml"}, {"init", "--answer", "maybe"}}) {
-        const Outcome run = mxbook(arguments, folder.path());
-        EXPECT_EQ(run.exitCode, 1) << (arguments.empty() ? "" : arguments[0]);
-        EXPECT_FALSE(run.err.empty());
-    }
-}
-
 }  // namespace
 }  // namespace mxbook

@@ -90,11 +90,6 @@ TEST_F(ConnectionTest, TransactionControlStatementsAreRefused) {
     EXPECT_EQ(connection().execute("update SAMPLE set COUNTER = 0 where ID = 1"), 1);
 }
 
-TEST_F(ConnectionTest, EachStatementIsCommittedAtOnce) {
-    connection().execute("insert into NO_KEY values (1, 'x')");
-    EXPECT_EQ(scalar("select count(*) from NO_KEY").asInt(), 1);
-}
-
 TEST_F(ConnectionTest, GeneratorGivesConsecutiveValues) {
     const auto first = connection().nextGeneratorValue("GEN_SAMPLE_ID");
     EXPECT_EQ(connection().nextGeneratorValue("gen_sample_id"), first + 1);
