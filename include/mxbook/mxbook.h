@@ -9,6 +9,7 @@
 #include "mxbook/fleet.h"
 #include "mxbook/format.h"
 #include "mxbook/host.h"
+#include "mxbook/oil.h"
 #include "mxbook/operating_time.h"
 #include "mxbook/remaining_life.h"
 #include "mxbook/schema.h"

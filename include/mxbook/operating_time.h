@@ -50,6 +50,11 @@ Minutes parseHoursUpToColon(std::string_view text);
 // end, two characters of minutes after it; the rule of the remaining hours,
 // on which the two rules around it agree.
 Minutes parseHoursColonTwoDigits(std::string_view text);
+// The rule of an operating time stored on a unit row and added to (the oil
+// time, the flight-hours cards): hours before the first ":", minutes the two
+// characters after it, whatever follows ("012:07x" is 12:07); a negative
+// total is zero.
+Minutes parseStoredTime(std::string_view text);
 // Hours end three characters before the end and minutes are the last two,
 // whatever stands between ("10ч30" is 10:30): the rule of the counter
 // corrections. Characters are code points, as text.h counts them.

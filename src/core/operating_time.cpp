@@ -50,6 +50,12 @@ Minutes parseHoursColonTwoDigits(std::string_view text) {
     return parseHoursBeforeLastThree(text);
 }
 
+Minutes parseStoredTime(std::string_view text) {
+    const auto colon = text.find(':');
+    if (colon == std::string_view::npos) throw ConversionError(std::string(text), "operating time");
+    return total(text, text.substr(0, colon), characters(text.substr(colon + 1), 0, 2)).atLeastZero();
+}
+
 Minutes parseHoursBeforeLastThree(std::string_view text) {
     const std::size_t length = characterCount(text);
     if (length < 3) throw ConversionError(std::string(text), "operating time");

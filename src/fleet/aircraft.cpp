@@ -200,7 +200,10 @@ void writeApu(Generation& g, AircraftPlan& p) {
                              .set("NAZN_SROK", calendarLimit(20))
                              .set("MESTO_USTANOVKI", p.tail)
                              .set("TIP_VS", p.profile->type)
-                             .set("SOBSTVENNOST", p.owner));
+                             .set("SOBSTVENNOST", p.owner)
+                             .set("NAR_MASLO_CHAS", "0:00")
+                             .set("NAR_MASLO_ZAPUSKI", 0)
+                             .set("DATA_ZAMENY_MASLO", laterOf(apu.installed, g.today.addDays(-p.random.fork(0x011).between(10, 360)))));
     p.apu = std::move(apu);
     ++g.summary.apus;
 }

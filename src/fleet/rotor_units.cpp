@@ -1,6 +1,8 @@
 // Rotor-system and other units: each kind is a row of the table below, and
 // one routine writes them all.
 #include <algorithm>
+#include <span>
+#include <utility>
 
 #include "units.h"
 
@@ -28,7 +30,13 @@ struct RotorKind {
     bool laidOutAsComponent = false;      // keeps a component's counter and carrier kinds
     bool hasCable = false;                // a winch: cable limits and hoists
     bool namesItsHub = false;             // a tail rotor: its hub's serial number
+    // The oil blocks (time since the change, date of the change) the kind keeps.
+    std::span<const std::pair<std::string_view, std::string_view>> oilBlocks = {};
 };
+
+constexpr std::pair<std::string_view, std::string_view> hubOil[] = {
+    {"NARAB_MASLA", "DATA_ZAMENY_MASLA"}, {"NARAB_MASLA_2", "DATA_ZAMENY_MASLA_2"}};
+constexpr std::pair<std::string_view, std::string_view> tailRotorOil[] = {{"NARAB_MASLA", "DATA_ZAMENY_MASLA"}};
 
 constexpr RotorKind rotorKinds[] = {
     {.table = "VTULKA_NV",
@@ -40,7 +48,8 @@ constexpr RotorKind rotorKinds[] = {
      .flagColumn = "NEPRIAMOI_UCHET_NAR_AGREGATA",
      .nameColumn = "NAZVANIE",
      .name = "Втулка несущего винта",
-     .laidOutAsComponent = true},
+     .laidOutAsComponent = true,
+     .oilBlocks = hubOil},
     {.table = "LOPAST",
      .drawingNumber = "8АТ-2710-00",
      .countOn = [](const AircraftProfile& p) { return p.mainBlades + p.tailBlades; },
@@ -53,7 +62,8 @@ constexpr RotorKind rotorKinds[] = {
      .totalLimit = 9000,
      .overhaulLimit = 1500,
      .flagColumn = "NEPRIAMOI_UCHET_NAR_VINTA",
-     .namesItsHub = true},
+     .namesItsHub = true,
+     .oilBlocks = tailRotorOil},
     {.table = "LEBEDKA",
      .drawingNumber = "ЛПГ-150М",
      .countOn = [](const AircraftProfile& p) { return p.winch ? 1 : 0; },
@@ -149,6 +159,15 @@ void writeRotorUnit(Generation& g, const RotorKind& kind, std::string_view aircr
             .set("DATA_ZAMENY_TROSA", s.installed.addDays(r.between(-200, 200)));
     if (kind.namesItsHub) row.set("ZAVODSKOY_NOMER_VTULKA", g.nextSerial());
     if (kind.followsEngine) row.set("ODIN_DVA", 0);
+    if (!kind.oilBlocks.empty()) {
+        // Drawn apart, so that the units after it keep their wear.
+        Random oil = r.fork(0x011);
+        row.set("RESURS_MASLA", oilLimitHours);
+        if (kind.laidOutAsComponent) row.set("UCHET_MASLA", 1);
+        for (const auto& [time, date] : kind.oilBlocks)
+            row.set(time, hoursText(oil.between(0, 40) * hours))
+                .set(date, std::max(s.installed, g.today.addDays(-oil.between(10, 360))));
+    }
     units.insert(g.batch, row);
     ++g.summary.units;
 }

@@ -82,9 +82,11 @@ void writeComponent(Generation& g, const AircraftProfile& type, const ComponentM
     if (key != keys.end()) row.set("ID_NAME", key->second);
     if (i.overhauls == 0) row.set("RESURS_DO_PR", model.overhaulLimit * 3 / 2).set("SROK_DO_PR", calendarLimit(6));
     if (model.tracksOil)
+        // The oil was changed within the last year, and never before the unit came on.
         row.set("NOMER_TIPA_MASLA", r.between(0, 4))
-            .set("NARAB_MASLA", hoursText(r.between(0, 300) * hours))
-            .set("DATA_ZAMENY_MASLA", i.day.addDays(r.between(0, 30)));
+            .set("NARAB_MASLA", hoursText(r.between(0, 40) * hours))
+            .set("DATA_ZAMENY_MASLA", std::max(i.day, g.today.addDays(-r.between(10, 360))))
+            .set("RESURS_MASLA", oilLimitHours);
     components.insert(g.batch, row);
     ++g.summary.units;
 }

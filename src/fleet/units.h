@@ -5,6 +5,9 @@
 
 namespace mxbook::fleet {
 
+// Hours between oil changes of every oil-filled unit the fleet tracks.
+inline constexpr int oilLimitHours = 500;
+
 // General components on the airframe and on the engines, APU-mounted units,
 // and the rotor system and other units that the aircraft type carries.
 void writeUnits(Generation& generation, const AircraftPlan& plan);
