@@ -12,11 +12,14 @@
 // db::Error passes. "Today" is the host's.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "mxbook/data/connection.h"
 #include "mxbook/data/data_set.h"
 #include "mxbook/date.h"
+#include "mxbook/operating_time.h"
 
 namespace mxbook {
 
@@ -68,5 +71,28 @@ std::string FunNarPlanSniatMaslo(db::DataSet& row, int column, const std::string
 std::string FunNarPlanSniatMasloAgregat(const std::string& oilTime, const std::string& currentTime, int limitHours);
 std::string FunNarPlanSniatMasloHvostVint(const std::string& oilTime, const std::string& currentTime,
                                           int limitHours);
+
+}  // namespace mxbook
+
+namespace mxbook {
+
+// The oil of one oil-filled unit (or one oil block of it) on an aircraft.
+struct OilState {
+    std::string tailNumber;
+    std::string kind;  // "агрегат", "втулка НВ", "втулка НВ, блок 2", "хвостовой винт", "ВСУ"
+    std::string unit;  // its name (a tail rotor's drawing number)
+    std::string serial;
+    std::optional<Date> changed;    // the last oil change
+    std::string oilTime;            // since the change, stored time included
+    std::string starts = {};        // an APU's starts since the change
+    std::optional<int> limitHours = {};  // none: no limit booked
+    std::optional<Minutes> left = {};    // below zero when overdue; none without a limit
+};
+
+// Every oil-tracked component, hub (each oil block), tail rotor and APU of
+// the aircraft in the register (or of one of them), counted up to today: the
+// units nearest their oil change first, overdue ones before all, those
+// without a limit last. An aircraft not in the register raises DataError.
+std::vector<OilState> fleetOilState(db::Connection& connection, const std::optional<std::string>& tailNumber);
 
 }  // namespace mxbook

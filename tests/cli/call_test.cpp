@@ -137,6 +137,18 @@ TEST_F(CallTest, AnUnknownGeneratorIsNamed) {
     EXPECT_EQ(call.err, "mxbook: no generator GEN_NOPE in the database\n");
 }
 
+TEST_F(CallTest, OilFunctionsAndTheOilStateAnswerOnAnEmptyRegister) {
+    const Outcome due = run({"call", "FunNarPlanSniatMasloAgregat", "10:30", "1200:15", "50"});
+    EXPECT_EQ(due.out, "1239:45\n") << due.err;
+    const Outcome apu = run({"call", "FunNarMasloVSUZapusk", "RA-1", "01.03.2024"});
+    EXPECT_EQ(apu.out, "0\n") << apu.err;
+    const Outcome oil = run({"oil", "--format", "csv"});
+    EXPECT_EQ(oil.out, "Tail,Kind,Unit,Serial,Changed,Oil time,Starts,\"Limit, h\",Left,Alert\n") << oil.err;
+    const Outcome unknown = run({"oil", "RA-1"});
+    EXPECT_EQ(unknown.exitCode, 2);
+    EXPECT_EQ(unknown.err, "mxbook: no aircraft 'RA-1' in the register\n");
+}
+
 TEST_F(CallTest, CtrlCEndsAQueryWithOneLineAndExit130) {
     // A row that takes far longer than the test waits to come.
     const Outcome call = run({"call", "FunOstatChas",

@@ -62,6 +62,23 @@ TEST(OperatingTime, ParsesByEachRule) {
     }
 }
 
+// A time stored on a unit row: what follows the two minute characters is
+// left, and a negative total is none.
+TEST(OperatingTime, ParsesAStoredTime) {
+    const struct {
+        const char* text;
+        long long minutes;  // -1: ConversionError
+    } cases[] = {{"012:07", 727}, {"12:07x", 727}, {"1:5", 65}, {"-1:30", 0}, {"abc", -1}, {":07", -1}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        if (c.minutes < 0) {
+            EXPECT_THROW(parseStoredTime(c.text), ConversionError);
+        } else {
+            EXPECT_EQ(parseStoredTime(c.text).count(), c.minutes);
+        }
+    }
+}
+
 TEST(OperatingTime, ConversionErrorCarriesTheText) {
     try {
         parseHoursUpToColon("12:3x");

@@ -52,6 +52,9 @@ struct MoveRequest {
     bool dryRun = false;
 };
 int runMoveComponent(std::ostream& out, const Options& options, const MoveRequest& request);
+// The oil of every oil-filled unit of every aircraft (or one): its oil time
+// since the change and what is left of its limit, the nearest change first.
+int runOil(std::ostream& out, const Options& options, const std::optional<std::string>& tail);
 // One library function by name, with its arguments as text.
 int runCall(std::ostream& out, const Options& options, const std::string& function,
             const std::vector<std::string>& arguments);

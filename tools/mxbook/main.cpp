@@ -111,6 +111,8 @@ int main(int argc, char** argv) {
     std::string sort = "urgency";
     status->add_option("--sort", sort, "urgency (the tightest units first) or aircraft (by aircraft and kind of unit)")
         ->check(CLI::IsMember({"urgency", "aircraft"}));
+    auto* oil = app.add_subcommand("oil", "each oil-filled unit's oil time since the change and what is left");
+    oil->add_option("tail", tail, "one aircraft's tail number");
     auto* move = app.add_subcommand("move", "move a unit on or off an aircraft, its counters brought to the date");
     move->require_subcommand(1);
     auto* moveComponent =
@@ -161,6 +163,7 @@ int main(int argc, char** argv) {
         if (*status)
             return runStatus(std::cout, options, tail.empty() ? std::nullopt : std::optional(tail),
                              sort == "aircraft" ? StatusOrder::aircraft : StatusOrder::urgency);
+        if (*oil) return runOil(std::cout, options, tail.empty() ? std::nullopt : std::optional(tail));
         if (*moveComponent) return runMoveComponent(std::cout, options, moveRequest);
         if (list) return runCallList(std::cout, options.format);
         if (functionHelp && !function.empty()) return runCallHelp(std::cout, function);

@@ -89,4 +89,9 @@ void Listing::print(std::ostream& out, Format format) const {
     for (const auto& row : rows_) line(row);
 }
 
+std::string alertMark(double shareLeft) {
+    if (shareLeft <= 0) return "!!";
+    return shareLeft < 0.1 ? "!" : "";
+}
+
 }  // namespace mxbook::cli

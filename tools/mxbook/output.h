@@ -39,6 +39,12 @@ private:
     std::vector<std::vector<Cell>> rows_;
 };
 
+// Before an overdue amount: a minus sign, not a hyphen.
+inline const std::string minusSign = "\u2212";
+// The mark of a limit by the share of it left: "!!" overdue or used up, "!"
+// under a tenth left.
+std::string alertMark(double shareLeft);
+
 // Characters on screen, counting each UTF-8 sequence as one.
 std::size_t displayWidth(const std::string& text);
 std::string jsonString(const std::string& text);

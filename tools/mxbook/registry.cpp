@@ -14,6 +14,7 @@
 #include "mxbook/format.h"
 #include "mxbook/host.h"
 #include "mxbook/movements.h"
+#include "mxbook/oil.h"
 #include "mxbook/remaining_life.h"
 #include "mxbook/text.h"
 
@@ -353,6 +354,20 @@ const std::vector<Callable>& callables() {
         callable(&FunPPRPlanDliaSniatVint, "FunPPRPlanDliaSniatVint", "ROW AIRCRAFT_TYPE TAIL", "a propeller's planned removal: TAIL's hours since overhaul plus what the propeller has left; 0:00 without a register row"),
         callable(&FunPPRPlanDliaSniatShlang, "FunPPRPlanDliaSniatShlang", "ROW AIRCRAFT_TYPE TAIL", "a hose's planned removal: TAIL's hours since overhaul plus what the hose has left; empty without a register row"),
         callable(&FunNarPlanSniatDvig, "FunNarPlanSniatDvig", "ROW USED_COLUMN LIMIT_COLUMN CARRIER_COUNTER", "the carrier's reading (from CARRIER_COUNTER, H:MM) at which the unit comes off: the limit (whole hours in LIMIT_COLUMN) less the hours used (USED_COLUMN); 0:00 below zero"),
+        // Oil time: TAIL's flights since the oil change; limits in whole hours.
+        callable(&FunNarMaslo, "FunNarMaslo", "TAIL KIND CHANGE_DATE ENGINE_POSITION", "the oil time of a kind of unit (ZEMLIA_AGREGATY, ZEMLIA_AGR_DVIG, ZEMLIA_DVIGATEL or ZEMLIA_REDUCTOR; engines at ENGINE_POSITION 0 to 2) from CHANGE_DATE to today"),
+        callable(&FunNarMasloVSUChas, "FunNarMasloVSUChas", "TAIL CHANGE_DATE", "the APU's running time from CHANGE_DATE to today (with generator mode for the ТА-14-130)"),
+        callable(&FunNarMasloVSUZapusk, "FunNarMasloVSUZapusk", "TAIL CHANGE_DATE", "the APU's starts from CHANGE_DATE to today, counted again from 0 after a flight without a count"),
+        callable(&FunNarMasloAgregat, "FunNarMasloAgregat", "ROW TAIL END_DATE", "a component's oil time: its stored oil time (21) plus TAIL's flights from the later of its oil change (22) and installation (26) to END_DATE"),
+        callable(&FunNarMasloVtNV, "FunNarMasloVtNV", "ROW TAIL BASE_COLUMN DATE_COLUMN END_DATE", "a hub's oil time: the stored time (BASE_COLUMN) plus TAIL's flights from the later of DATE_COLUMN and installation (26) to END_DATE"),
+        callable(&FunNarMasloHvostVint, "FunNarMasloHvostVint", "ROW TAIL END_DATE", "a tail rotor's oil time: its stored oil time (39) plus TAIL's flights from the later of its oil change (40) and installation (17) to END_DATE"),
+        callable(&FunOstatMaslo, "FunOstatMaslo", "ROW COLUMN LIMIT_HOURS", "the oil time left of LIMIT_HOURS after the oil time in COLUMN: H:MM, or 00:00"),
+        callable(&FunOstatMasloAgregat, "FunOstatMasloAgregat", "ROW TAIL LIMIT_HOURS END_DATE", "the oil time left of LIMIT_HOURS after FunNarMasloAgregat's: H:MM, or 0:00"),
+        callable(&FunOstatMasloVtNV, "FunOstatMasloVtNV", "ROW TAIL LIMIT_HOURS BASE_COLUMN DATE_COLUMN END_DATE", "the oil time left of LIMIT_HOURS after FunNarMasloVtNV's: H:MM, or 0:00"),
+        callable(&FunOstatMasloHvostVint, "FunOstatMasloHvostVint", "ROW TAIL LIMIT_HOURS END_DATE", "the oil time left of LIMIT_HOURS after FunNarMasloHvostVint's: H:MM, or 0:00"),
+        callable(&FunNarPlanSniatMaslo, "FunNarPlanSniatMaslo", "ROW COLUMN CURRENT_TIME LIMIT_HOURS", "the operating time at which the oil is due: CURRENT_TIME plus what LIMIT_HOURS leaves after the oil time in COLUMN; empty when COLUMN is"),
+        callable(&FunNarPlanSniatMasloAgregat, "FunNarPlanSniatMasloAgregat", "OIL_TIME CURRENT_TIME LIMIT_HOURS", "the operating time at which the oil is due: CURRENT_TIME plus what LIMIT_HOURS leaves after OIL_TIME; 0:00 below zero"),
+        callable(&FunNarPlanSniatMasloHvostVint, "FunNarPlanSniatMasloHvostVint", "OIL_TIME CURRENT_TIME LIMIT_HOURS", "the same as FunNarPlanSniatMasloAgregat, for a tail rotor"),
         // Movements: ROW is an AGREGAT row; its changed counters are stored.
         callable(&FunMoveAgregatToVS, "FunMoveAgregatToVS", "ROW TAIL DATE", "nothing: the unit's reading at installation (16), counters (17, 18) and oil time (21) brought to DATE on aircraft TAIL"),
         callable(&FunMoveAgregatFromVS, "FunMoveAgregatFromVS", "ROW AIRCRAFT_TYPE TAIL DATE", "nothing: what TAIL flew since DATE taken off the unit's counters (17, 18) and oil time (21)"),

@@ -90,9 +90,6 @@ struct Aircraft {
     std::string type;
 };
 
-// Before an overdue amount: a minus sign, not a hyphen.
-const std::string minus = "\u2212";
-
 // What is left of one limit: the text to show (with the count for counted
 // limits), and the share of the limit, below zero when it is overdue.
 struct Left {
@@ -111,7 +108,7 @@ std::optional<Left> leftOf(db::DataSet& row, const Limit& limit, bool countsLand
         if (!left) return std::nullopt;
         // Months count as the library counts them: by month, the days aside.
         const int total = *left + monthNumber(host().today()) - monthNumber(row.field(limit.usedColumn).asDate());
-        return Left{*left < 0 ? Cell(minus + std::to_string(-*left) + " мес.")
+        return Left{*left < 0 ? Cell(minusSign + std::to_string(-*left) + " мес.")
                               : Cell(FunOstatLet(row, limit.limitColumn, limit.usedColumn)),
                     total > 0 ? static_cast<double>(*left) / total : 0.0};
     }
@@ -121,12 +118,12 @@ std::optional<Left> leftOf(db::DataSet& row, const Limit& limit, bool countsLand
     if (limit.measure == Measure::count || countsLandings) {
         const std::optional<long long> left = remainingCount(row, limit.limitColumn, limit.usedColumn);
         if (!left) return std::nullopt;
-        const std::string text = *left < 0 ? minus + std::to_string(-*left) : std::to_string(*left);
+        const std::string text = *left < 0 ? minusSign + std::to_string(-*left) : std::to_string(*left);
         return Left{Cell(text, *left), static_cast<double>(*left) / static_cast<double>(total)};
     }
     const std::optional<Minutes> left = remainingMinutes(row, limit.limitColumn, limit.usedColumn);
     if (!left) return std::nullopt;
-    return Left{*left < Minutes() ? Cell(minus + operating_time::format(Minutes() - *left))
+    return Left{*left < Minutes() ? Cell(minusSign + operating_time::format(Minutes() - *left))
                                   : Cell(operating_time::formatOrDoubleZero(*left)),
                 static_cast<double>(left->count()) / static_cast<double>(total * 60)};
 }
@@ -143,11 +140,6 @@ Cell countCell(std::string text) {
     if (text.empty() || text.find_first_not_of("0123456789") != std::string::npos) return Cell(std::move(text));
     const long long count = parseInt64(text);
     return Cell(std::move(text), count);
-}
-
-std::string alert(double share) {
-    if (share <= 0) return "!!";
-    return share < 0.1 ? "!" : "";
 }
 
 // The aircraft's hours (or landings) at which the unit comes off; empty for
@@ -207,7 +199,7 @@ void addUnits(db::Connection& connection, const StatusKind& kind, const Aircraft
                           landings ? countCell(booked) : Cell(booked), lifeLeft, overhaulLeft, othersLeft,
                           removalReading(connection, units, kind, aircraft, onEngine, landings),
                           Cell(std::to_string(percent) + "%", percent), tightestLimit ? tightestLimit : "",
-                          alert(tightest)},
+                          alertMark(tightest)},
                          tightest});
     }
 }

@@ -1,0 +1,50 @@
+// The oil state of the fleet, as the library computes it: the units nearest
+// their oil change first.
+#include "commands.h"
+#include "mxbook/format.h"
+#include "mxbook/oil.h"
+
+namespace mxbook::cli {
+
+namespace {
+
+Cell leftCell(const OilState& state) {
+    if (!state.left) return Cell("");
+    const long long minutes = state.left->count();
+    if (minutes < 0) return Cell(minusSign + operating_time::format(Minutes(-minutes)), minutes);
+    return Cell(operating_time::formatOrDoubleZero(*state.left), minutes);
+}
+
+std::string alertOf(const OilState& state) {
+    if (!state.left || !state.limitHours) return "";
+    return alertMark(static_cast<double>(state.left->count()) / (*state.limitHours * 60.0));
+}
+
+}  // namespace
+
+int runOil(std::ostream& out, const Options& options, const std::optional<std::string>& tail) {
+    db::Connection connection;
+    openMainDatabase(connection, options);
+    Listing listing({{"Tail"},
+                     {"Kind"},
+                     {"Unit"},
+                     {"Serial"},
+                     {"Changed"},
+                     {"Oil time", true},
+                     {"Starts", true},
+                     {"Limit, h", true},
+                     {"Left", true},
+                     {"Alert"}});
+    for (const OilState& state : fleetOilState(connection, tail)) {
+        const Cell starts = state.starts.empty() ? Cell("") : Cell(state.starts, std::stoll(state.starts));
+        const Cell limit =
+            state.limitHours ? Cell(std::to_string(*state.limitHours), *state.limitHours) : Cell("");
+        listing.add({state.tailNumber, state.kind, state.unit, state.serial,
+                     state.changed ? formatDate(*state.changed, "yyyy-mm-dd") : "", state.oilTime, starts, limit,
+                     leftCell(state), alertOf(state)});
+    }
+    listing.print(out, options.format);
+    return 0;
+}
+
+}  // namespace mxbook::cli
