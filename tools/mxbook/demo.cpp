@@ -126,7 +126,8 @@ int runDemo(std::ostream& out, const Options& options, RunFolder& folder) {
         out << "\nThe demo ran in " << folder.shown() << ", which is removed now (--temp).\n";
     else
         out << "\nThe databases are in " << folder.shown() << "; try:\n  mxbook status --root "
-            << shellWord(folder.shown()) << " RA-21001\n";
+            << shellWord(folder.shown()) << " RA-21001\n  mxbook oil --root " << shellWord(folder.shown())
+            << " RA-21001\n";
     return 0;
 }
 

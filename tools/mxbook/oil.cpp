@@ -8,11 +8,11 @@ namespace mxbook::cli {
 
 namespace {
 
-Cell leftCell(const OilState& state) {
-    if (!state.left) return Cell("");
-    const long long minutes = state.left->count();
-    if (minutes < 0) return Cell(minusSign + operating_time::format(Minutes(-minutes)), minutes);
-    return Cell(operating_time::formatOrDoubleZero(*state.left), minutes);
+// Hours stay text, as the status writes them.
+std::string leftText(const OilState& state) {
+    if (!state.left) return "";
+    if (*state.left < Minutes()) return minusSign + operating_time::format(Minutes() - *state.left);
+    return operating_time::formatOrDoubleZero(*state.left);
 }
 
 std::string alertOf(const OilState& state) {
@@ -41,7 +41,7 @@ int runOil(std::ostream& out, const Options& options, const std::optional<std::s
             state.limitHours ? Cell(std::to_string(*state.limitHours), *state.limitHours) : Cell("");
         listing.add({state.tailNumber, state.kind, state.unit, state.serial,
                      state.changed ? formatDate(*state.changed, "yyyy-mm-dd") : "", state.oilTime, starts, limit,
-                     leftCell(state), alertOf(state)});
+                     leftText(state), alertOf(state)});
     }
     listing.print(out, options.format);
     return 0;
