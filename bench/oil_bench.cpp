@@ -5,6 +5,7 @@
 // each prepared once, executed bare with the same values.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <memory>
