@@ -34,6 +34,7 @@ int main(int argc, char** argv) {
     bench::registerServerStatus(tenYears, reporter);
     bench::registerBlobs();
     bench::registerMoves(tenYears);
+    bench::registerOil(tenYears);
     benchmark::RunSpecifiedBenchmarks(&reporter);
     reporter.printRatios();
     benchmark::Shutdown();
