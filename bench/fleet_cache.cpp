@@ -25,6 +25,10 @@ fleet::FleetOptions oneYearFleet() {
     return options;
 }
 
+// Raised whenever the generator writes other rows or columns, so that a
+// cached fleet is never one an older generator made.
+constexpr int generatorEdition = 2;
+
 fs::path benchCacheFolder() {
     const char* configured = std::getenv("MXBOOK_BENCH_CACHE");
     const char* home = std::getenv("HOME");
@@ -39,7 +43,7 @@ std::string cachedFleet(const fleet::FleetOptions& options) {
     const std::string name = "fleet-s" + std::to_string(options.seed) + "-a" + std::to_string(options.aircraft) + "-y" +
                              std::to_string(options.years) + "-c" + std::to_string(options.componentsPerAircraft) +
                              "-d" + std::to_string(options.today.serial()) + "-h" +
-                             std::to_string(schemaHash % 1000000) + ".fdb";
+                             std::to_string(schemaHash % 1000000) + "-g" + std::to_string(generatorEdition) + ".fdb";
     const fs::path path = folder / name;
     if (fs::exists(path)) return path.string();
     std::cerr << "generating " << path.string() << " (once)..." << std::endl;

@@ -20,6 +20,9 @@ GroundShare groundShare(db::Connection& connection, const std::string& aircraftT
     return {setting.field(0).asText() == "1", factor.isNull() ? 0.0 : factor.asDouble()};
 }
 
-int minutesOf(const db::Field& time) { return time.isNull() ? 0 : time.asTime().wholeMinutes(); }
+int minutesOf(const db::Field& time) {
+    const db::Value value = time.value();  // decoded once
+    return value.isNull() ? 0 : value.asTime().wholeMinutes();
+}
 
 }  // namespace mxbook::flights
