@@ -9,6 +9,7 @@
 // ConversionError; database failures raise db::Error. "Today" is the host's.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -154,5 +155,26 @@ std::string plannedRemovalReading(db::Connection& connection, db::DataSet& row, 
 // counter, "0:00" below zero. No query, no null test: a null raises
 // ConversionError. Note the order: used column first.
 std::string FunNarPlanSniatDvig(db::DataSet& row, int usedColumn, int limitColumn, const std::string& carrierCounter);
+
+// While one lives on a connection, the derivations and removal plans on it
+// (and on data sets opened on it) read the register, the engines and the
+// APUs from one read of each table, made when first needed, instead of one
+// query per unit: for walks over many units, as the status and the reports
+// make. They give what the queries would give on the tables as that read
+// found them; what changes meanwhile is not seen. A second snapshot on the
+// same connection, while one lives, changes nothing.
+class CarrierSnapshot {
+public:
+    explicit CarrierSnapshot(db::Connection& connection);
+    ~CarrierSnapshot();
+    CarrierSnapshot(const CarrierSnapshot&) = delete;
+    CarrierSnapshot& operator=(const CarrierSnapshot&) = delete;
+
+    class Tables;
+
+private:
+    const void* attachment_;
+    std::unique_ptr<Tables> tables_;
+};
 
 }  // namespace mxbook

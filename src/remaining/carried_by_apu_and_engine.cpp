@@ -3,6 +3,7 @@
 #include <span>
 
 #include "carrier_rule.h"
+#include "carriers.h"
 #include "indirect_kinds.h"
 #include "mxbook/remaining_life.h"
 #include "mxbook/text.h"
@@ -23,8 +24,8 @@ struct Counter {
 };
 
 struct Carrier {
-    // The first row of the serial number `:serial`, with its counters.
-    std::string_view counters;
+    // The first row of the serial number, with its counters.
+    const remaining::CarrierLookup* counters;
     std::span<const Counter> kinds;  // by counter kind
     // The hours of a carrier not found (and, with `nullGivesNothing`, of a
     // null counter or reading); counts give "0".
@@ -57,9 +58,7 @@ constexpr Counter apuCounters[] = {
 };
 
 constexpr Carrier apuCarrier{
-    .counters =
-        "Select OBSHAIA_PPR, ZAPUSKI_PPR, OTBORY_PPR, NAZVANIE, SUMMA_PPR From VSU "
-        "Where ZAVODSKOY_NOMER = :serial Order By ID",
+    .counters = &remaining::apuCounters,
     .kinds = apuCounters,
     .hoursOfNothing = operating_time::doubleZero,
     .unknownKind = "",
@@ -76,7 +75,7 @@ constexpr int engineReading = 16;
 constexpr Counter engineCounters[] = {{true, 0, engineReading}, {false, 1, engineReading}};
 
 constexpr Carrier engineCarrier{
-    .counters = "Select NARABOTKA_PPR, ZAPUSKI_PPR From DVIGATEL Where ZAVODSKOI_NOMER = :serial Order By ID",
+    .counters = &remaining::engineCounters,
     .kinds = engineCounters,
     .hoursOfNothing = "0",
     .unknownKind = "0",
@@ -87,19 +86,21 @@ std::string nothing(const Carrier& carrier, int kind) {
     return std::string(kind == hoursKind ? carrier.hoursOfNothing : "0");
 }
 
-int carrierColumn(const Carrier& carrier, const Counter& counter, db::DataSet& found) {
-    if (!counter.hours || carrier.hoursFamily.empty()) return counter.carrierColumn;
-    const bool family = found.field(carrier.nameColumn).asText().find(carrier.hoursFamily) != std::string::npos;
-    return family ? carrier.familyHoursColumn : counter.carrierColumn;
+std::size_t carrierColumn(const Carrier& carrier, const Counter& counter, const remaining::CarrierRow& found) {
+    const auto column = [](int position) { return static_cast<std::size_t>(position); };
+    if (!counter.hours || carrier.hoursFamily.empty()) return column(counter.carrierColumn);
+    const bool family = found[column(carrier.nameColumn)].asText().find(carrier.hoursFamily) != std::string::npos;
+    return column(family ? carrier.familyHoursColumn : counter.carrierColumn);
 }
 
 std::string carriedCounter(const remaining::Queries& queries, db::DataSet& row, const Carrier& carrier,
                            const std::string& serial, int ownColumn, int kind) {
-    db::DataSet found = queries.open(std::string(carrier.counters), {{"serial", serial}});
-    if (found.eof()) return nothing(carrier, kind);
+    const db::Value keys[] = {db::Value(serial)};
+    const auto found = remaining::findCarrier(queries, *carrier.counters, keys);
+    if (!found) return nothing(carrier, kind);
     if (kind < 0 || kind >= static_cast<int>(carrier.kinds.size())) return std::string(carrier.unknownKind);
     const Counter& counter = carrier.kinds[static_cast<std::size_t>(kind)];
-    const db::Field now = found.field(carrierColumn(carrier, counter, found));
+    const db::Value& now = (*found)[carrierColumn(carrier, counter, *found)];
     const db::Field reading = row.field(counter.readingColumn);
     if (carrier.nullGivesNothing && (now.isNull() || reading.isNull())) return nothing(carrier, kind);
     // A null reading reads as empty text, which is no operating time or count.
@@ -108,7 +109,7 @@ std::string carriedCounter(const remaining::Queries& queries, db::DataSet& row, 
                                                               remaining::hoursOf(now),
                                                               operating_time::parseHoursUpToColon(reading.asText())));
     return std::to_string(remaining::carriedCount(remaining::countOf(row, ownColumn),
-                                                  remaining::countOf(found, counter.carrierColumn),
+                                                  remaining::countOf((*found)[static_cast<std::size_t>(counter.carrierColumn)]),
                                                   parseInt(reading.asText())));
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "carrier_rule.h"
+#include "carriers.h"
 #include "mxbook/data/value.h"
 #include "mxbook/error.h"
 #include "mxbook/operating_time.h"
@@ -57,36 +58,34 @@ constexpr int carrierKind = 28;    // 0 airframe, 1 engine
 constexpr int carrierSerial = 29;  // the carrying engine's serial number
 }  // namespace component
 
-// The carrying engine's counters, by position in its row.
+// The carrying engine's counters, in the order its lookup gives them.
 namespace engine {
-constexpr int hoursSinceOverhaul = 12;
-constexpr int cyclesSinceOverhaul = 27;
+constexpr std::size_t hoursSinceOverhaul = 0;
+constexpr std::size_t cyclesSinceOverhaul = 1;
 }  // namespace engine
 
-// The aircraft's counters since overhaul: hours at column 0, landings at 1.
-db::DataSet registerCounters(const Queries& queries, const db::DataSet& row, int tailColumn, bool withLandings) {
-    const std::string select = withLandings ? "Select NARABOTKA_PPR_CHASOV, NARABOTKA_PPR_POSADKI From REESTR"
-                                            : "Select NARABOTKA_PPR_CHASOV From REESTR";
-    return queries.open(select + " Where TIP_VS=:type And BORTOVOI_NOMER=:tail Order By ID;",
-                        {{"type", row.field(typeColumn).asText()}, {"tail", row.field(tailColumn).asText()}});
+// The aircraft's counters since overhaul: hours at 0, landings at 1.
+std::optional<CarrierRow> registerCounters(const Queries& queries, const db::DataSet& row, int tailColumn) {
+    const db::Value keys[] = {row.field(typeColumn).value(), row.field(tailColumn).value()};
+    return findCarrier(queries, aircraftCounters, keys);
 }
 
-db::DataSet carryingEngine(const Queries& queries, const db::DataSet& row, int locationColumn) {
-    return queries.open("Select * From DVIGATEL Where GDE_STOIT=:location And ZAVODSKOI_NOMER=:serial Order By ID;",
-                        {{"location", row.field(locationColumn).asText()},
-                         {"serial", row.field(component::carrierSerial).asText()}});
+// The carrying engine's hours (0) and cycles (1) since overhaul.
+std::optional<CarrierRow> carryingEngine(const Queries& queries, const db::DataSet& row, int locationColumn) {
+    const db::Value keys[] = {row.field(locationColumn).value(), row.field(component::carrierSerial).value()};
+    return findCarrier(queries, engineAtLocation, keys);
 }
 
 // A missing carrier row is an error, as its counter cannot be read.
 // The aircraft's counter; `tail` names it when the register has no such row.
-Minutes carrierHours(db::DataSet& carrier, int column, const std::string& tail) {
-    if (carrier.eof()) throw ConversionError(tail, "tail number of an aircraft in the register");
-    return hoursOf(carrier.field(column));
+Minutes carrierHours(const std::optional<CarrierRow>& carrier, int column, const std::string& tail) {
+    if (!carrier) throw ConversionError(tail, "tail number of an aircraft in the register");
+    return hoursOf((*carrier)[static_cast<std::size_t>(column)]);
 }
 
-int carrierCount(db::DataSet& carrier, int column, const std::string& tail) {
-    if (carrier.eof()) throw ConversionError(tail, "tail number of an aircraft in the register");
-    return intOrZero(carrier, column);
+int carrierCount(const std::optional<CarrierRow>& carrier, int column, const std::string& tail) {
+    if (!carrier) throw ConversionError(tail, "tail number of an aircraft in the register");
+    return intOrZero((*carrier)[static_cast<std::size_t>(column)]);
 }
 
 Minutes installReading(const db::DataSet& row, const IndirectKind& kind) {
@@ -112,18 +111,18 @@ std::string generalComponentTime(const Queries& queries, db::DataSet& row, const
     if ((counts != 0 && counts != 1) || (carriedBy != 0 && carriedBy != 1)) return {};
     const bool hours = counts == 0;
     if (carriedBy == 0) {
-        auto aircraft = registerCounters(queries, row, kind.locationColumn, true);
+        const auto aircraft = registerCounters(queries, row, kind.locationColumn);
         const std::string tail = row.field(kind.locationColumn).asText();
         if (hours)
             return hoursTotal(hoursOf(row.field(own)), carrierHours(aircraft, 0, tail), installReading(row, kind));
         return countTotal(countOf(row, own), carrierCount(aircraft, 1, tail), countOf(row, kind.installReadingColumn));
     }
-    auto engineRow = carryingEngine(queries, row, kind.locationColumn);
-    if (engineRow.eof()) return row.field(own).asText();  // no such engine: the counter as booked
+    const auto engineRow = carryingEngine(queries, row, kind.locationColumn);
+    if (!engineRow) return row.field(own).asText();  // no such engine: the counter as booked
     if (hours)
-        return hoursTotal(hoursOf(row.field(own)), hoursOf(engineRow.field(engine::hoursSinceOverhaul)),
+        return hoursTotal(hoursOf(row.field(own)), hoursOf((*engineRow)[engine::hoursSinceOverhaul]),
                           installReading(row, kind));
-    return countTotal(countOf(row, own), intOrZero(engineRow, engine::cyclesSinceOverhaul),
+    return countTotal(countOf(row, own), intOrZero((*engineRow)[engine::cyclesSinceOverhaul]),
                       countOf(row, kind.installReadingColumn));
 }
 
@@ -142,6 +141,10 @@ db::DataSet Queries::open(std::string sql, Parameters parameters) const {
     return query;
 }
 
+const void* Queries::attachment() const {
+    return connection_ ? connection_->impl().get() : static_cast<const void*>(row_->connectionImpl().get());
+}
+
 db::DataSet Queries::prepare(std::string sql) const {
     return connection_ ? db::DataSet(*connection_, std::move(sql)) : row_->onSameConnection(std::move(sql));
 }
@@ -156,24 +159,22 @@ const IndirectKind& indirectKind(std::string_view table) {
     return *found;
 }
 
-int intOrZero(const db::DataSet& row, int column) {
-    const db::Field field = row.field(column);
-    return field.isNull() ? 0 : field.asInt();
-}
+int intOrZero(const db::DataSet& row, int column) { return intOrZero(row.field(column).value()); }
 
-int countOf(const db::DataSet& row, int column) {
-    const db::Field field = row.field(column);
-    return field.isNull() ? 0 : parseInt(field.asText());
-}
+int intOrZero(const db::Value& value) { return value.isNull() ? 0 : value.asInt(); }
 
-Minutes hoursOf(const db::Field& field) {
-    return field.isNull() ? Minutes() : operating_time::parseHoursUpToColon(field.asText());
+int countOf(const db::DataSet& row, int column) { return countOf(row.field(column).value()); }
+
+int countOf(const db::Value& value) { return value.isNull() ? 0 : parseInt(value.asText()); }
+
+Minutes hoursOf(const db::Value& value) {
+    return value.isNull() ? Minutes() : operating_time::parseHoursUpToColon(value.asText());
 }
 
 std::string derivedOperatingTime(const Queries& queries, db::DataSet& row, const IndirectKind& kind, int ownColumn) {
     const int own = kind.fixedOwnColumn >= 0 ? kind.fixedOwnColumn : ownColumn;
     if (kind.generalComponent) return generalComponentTime(queries, row, kind, own);
-    auto aircraft = registerCounters(queries, row, kind.locationColumn, kind.registerGivesLandings);
+    const auto aircraft = registerCounters(queries, row, kind.locationColumn);
     return hoursTotal(hoursOf(row.field(own)), carrierHours(aircraft, 0, row.field(kind.locationColumn).asText()),
                       installReading(row, kind));
 }

@@ -27,9 +27,13 @@ public:
     // into the text, so that one prepared statement serves every unit.
     using Parameters = std::initializer_list<std::pair<std::string_view, db::Value>>;
     db::DataSet open(std::string sql, Parameters parameters) const;
+    // The connection's attachment, which tells the carrier snapshot open on it.
+    const void* attachment() const;
+
+    // The query, its parameters still to set.
+    db::DataSet prepare(std::string sql) const;
 
 private:
-    db::DataSet prepare(std::string sql) const;
 
     db::Connection* connection_ = nullptr;
     const db::DataSet* row_ = nullptr;
@@ -62,9 +66,12 @@ std::string derivedOperatingTime(const Queries& queries, db::DataSet& row, const
 
 // The value of an integer column; 0 for a null.
 int intOrZero(const db::DataSet& row, int column);
+int intOrZero(const db::Value& value);
 // A counter held as an integer or as its decimal text; 0 for a null.
 int countOf(const db::DataSet& row, int column);
+int countOf(const db::Value& value);
 // Operating time "H:MM", split at the first ":"; zero for a null.
-Minutes hoursOf(const db::Field& field);
+Minutes hoursOf(const db::Value& value);
+inline Minutes hoursOf(const db::Field& field) { return hoursOf(field.value()); }
 
 }  // namespace mxbook::remaining

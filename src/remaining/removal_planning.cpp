@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 
+#include "carriers.h"
 #include "indirect_kinds.h"
 #include "mxbook/error.h"
 #include "mxbook/operating_time.h"
@@ -69,14 +70,10 @@ constexpr int landings = 1;
 }  // namespace component
 
 // The aircraft's hours (0) and landings (1) since its last overhaul.
-db::DataSet registerCounters(db::Connection& connection, const std::string& type, const std::string& tail) {
-    db::DataSet query(connection,
-                      "select NARABOTKA_PPR_CHASOV, NARABOTKA_PPR_POSADKI from REESTR"
-                      " where TIP_VS = :type and BORTOVOI_NOMER = :tail order by ID");
-    query.setParam("type", type);
-    query.setParam("tail", tail);
-    query.open();
-    return query;
+std::optional<remaining::CarrierRow> registerCounters(db::Connection& connection, const std::string& type,
+                                                      const std::string& tail) {
+    const db::Value keys[] = {db::Value(type), db::Value(tail)};
+    return remaining::findCarrier(remaining::Queries(connection), remaining::aircraftCounters, keys);
 }
 
 // A null overhaul count is none: never overhauled.
@@ -99,11 +96,11 @@ std::string plan(db::Connection& connection, db::DataSet& row, const PlanningKin
         if (kind.totalUsedColumn != none) usedColumn = kind.totalUsedColumn;
     }
     const std::string start(kind.start);
-    db::DataSet aircraft = registerCounters(connection, type, tail);
-    if (aircraft.eof()) return start;
+    const auto aircraft = registerCounters(connection, type, tail);
+    if (!aircraft) return start;
     const db::Field limit = row.field(limitColumn);
     const db::Field used = row.field(usedColumn);
-    const db::Field aircraftHours = aircraft.field(0);
+    const db::Value& aircraftHours = (*aircraft)[0];
     if (kind.testsNulls && (aircraftHours.isNull() || limit.isNull() || used.isNull())) return start;
 
     int counterKind = component::hours;
@@ -124,7 +121,7 @@ std::string plan(db::Connection& connection, db::DataSet& row, const PlanningKin
         }
     }
     if (counterKind == component::landings) {
-        const long long planned = wholeNumber(limit) - parseInt(usedText) + remaining::intOrZero(aircraft, 1);
+        const long long planned = wholeNumber(limit) - parseInt(usedText) + remaining::intOrZero((*aircraft)[1]);
         return std::to_string(std::max(planned, 0LL));
     }
     const Minutes planned = Minutes(wholeNumber(limit) * 60) - hoursOf(usedText) + hoursOf(aircraftHours.asText());

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "indirect_kinds.h"
-#include "mxbook/format.h"
 #include "mxbook/remaining_life.h"
 #include "mxbook/text.h"
 
@@ -33,20 +32,20 @@ std::string FunNepNarTros(db::Connection& connection, db::DataSet& row, const st
     const Date installed = dateOrZero(row, winch::installedDate);
     const Date start = cable > installed ? cable : installed;
 
-    auto aircraft = queries.open("Select TIP_VS, BORTOVOI_NOMER, DATA_REMONTA From REESTR WHERE ((BORTOVOI_NOMER)=" +
-                                 db::quoted(tailNumber) + ");");
+    auto aircraft = queries.open("Select TIP_VS, BORTOVOI_NOMER, DATA_REMONTA From REESTR WHERE ((BORTOVOI_NOMER)=:tail);",
+                                 {{"tail", tailNumber}});
     const Date overhauled = aircraft.eof() ? Date() : dateOrZero(aircraft, 2);
     auto flownSinceOverhaul = queries.open(
-        "SELECT Data_poleta, ID, Bortovoi_nomer, Tip_VS From Spravka Where (((Bortovoi_nomer) = " +
-        db::quoted(tailNumber) + ") AND ((DATA_POLETA)>='" + sqlDate(overhauled) + "'))ORDER BY Data_poleta, ID;");
+        "SELECT Data_poleta, ID, Bortovoi_nomer, Tip_VS From Spravka Where (((Bortovoi_nomer) = :tail) AND "
+        "((DATA_POLETA)>=:since))ORDER BY Data_poleta, ID;",
+        {{"tail", tailNumber}, {"since", overhauled}});
     // No flight since the overhaul: nothing is counted, the base included.
     if (flownSinceOverhaul.eof()) return "0";
 
     auto flights = queries.open(
         "SELECT Data_poleta, ID, Tip_VS, Bortovoi_nomer, LEBEDKA_CICL_LUDI, LEBEDKA_CICL_GRUZY FROM Spravka WHERE "
-        "(((Bortovoi_nomer)=" +
-        db::quoted(tailNumber) + ")) AND ((Data_poleta) Between '" + sqlDate(start) + "' And '" + sqlDate(endDate) +
-        "') ORDER BY Data_poleta, ID;");
+        "(((Bortovoi_nomer)=:tail)) AND ((Data_poleta) Between :start And :end) ORDER BY Data_poleta, ID;",
+        {{"tail", tailNumber}, {"start", start}, {"end", endDate}});
     const int hoists = cyclesColumn == winch::hoistsWithPeople ? 4 : 5;
     long long sum = base;
     for (; !flights.eof(); flights.next()) sum += remaining::intOrZero(flights, hoists);

@@ -48,6 +48,10 @@ TEST_F(WinchCablesTest, HoistsSinceTheLaterDateAddToTheCablesOwn) {
     auto& negative = winch("RA-1", 1, -5, db::Value());
     EXPECT_EQ(FunNepNarTros(connection(), negative, "RA-1", 29, end), "3");
     EXPECT_EQ(FunNepNarTros(connection(), onAircraft, "RA-2", 29, end), "0");  // no such aircraft, no flights
+    // A tail matches as "=" matches it: trailing blanks aside, letter case minded; an apostrophe is text.
+    EXPECT_EQ(FunNepNarTros(connection(), onAircraft, "RA-1  ", 29, end), "13");
+    EXPECT_EQ(FunNepNarTros(connection(), onAircraft, "ra-1", 29, end), "0");
+    EXPECT_EQ(FunNepNarTros(connection(), onAircraft, "RA-1' or ''='", 29, end), "0");
 }
 
 TEST_F(WinchCablesTest, NothingCountsWithoutAFlightSinceTheOverhaul) {

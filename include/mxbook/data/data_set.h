@@ -97,6 +97,9 @@ public:
     // A new data set on the same connection as this one: the row a caller
     // hands over brings its connection with it.
     DataSet onSameConnection(std::string sql) const;
+    // The attachment it runs on, as Connection::impl() gives it: what tells
+    // apart state kept per connection.
+    const std::shared_ptr<detail::ConnectionImpl>& connectionImpl() const;
 
     void setSql(std::string sql);
     const std::string& sql() const;
@@ -155,7 +158,6 @@ private:
     DataSet() = default;
     friend class Field;
     friend class UnitOfWork;
-    const std::shared_ptr<detail::ConnectionImpl>& connectionImpl() const;
     class Impl;
     Impl& impl() const;
     Value currentValue(int index) const;
