@@ -23,13 +23,12 @@ struct Query {
 
 constexpr const char* floorStatements[] = {
     "Select NARABOTKA_PPR_CHASOV, NARABOTKA_PPR_POSADKI From REESTR Where TIP_VS=? And BORTOVOI_NOMER=? Order By ID",
-    "Select NARABOTKA_PPR_CHASOV From REESTR Where TIP_VS=? And BORTOVOI_NOMER=? Order By ID",
-    "Select * From DVIGATEL Where GDE_STOIT=? And ZAVODSKOI_NOMER=? Order By ID",
-    "select NARABOTKA_PPR_CHASOV, NARABOTKA_PPR_POSADKI from REESTR where TIP_VS = ? and BORTOVOI_NOMER = ? order by ID",
-    "Select OBSHAIA_PPR, ZAPUSKI_PPR, OTBORY_PPR, NAZVANIE, SUMMA_PPR From VSU Where ZAVODSKOY_NOMER = ? Order By ID",
-    "Select NARABOTKA_PPR, ZAPUSKI_PPR From DVIGATEL Where ZAVODSKOI_NOMER = ? Order By ID",
+    "Select NARABOTKA_PPR, CICLI_PPR From DVIGATEL Where GDE_STOIT=? And ZAVODSKOI_NOMER=? Order By ID",
+    "Select OBSHAIA_PPR, ZAPUSKI_PPR, OTBORY_PPR, NAZVANIE, SUMMA_PPR From VSU Where ZAVODSKOY_NOMER=? Order By ID",
+    "Select NARABOTKA_PPR, ZAPUSKI_PPR From DVIGATEL Where ZAVODSKOI_NOMER=? Order By ID",
 };
-enum { registerBoth, registerHours, engineRow, planningRegister, apuCounters, engineCounters };
+// The aircraft's counters serve the derivations and the removal plans alike.
+enum { registerCounters, engineRow, apuCounters, engineCounters };
 
 struct Case {
     std::string name;
@@ -47,7 +46,7 @@ void componentQuery(db::DataSet& row, std::vector<Query>& queries) {
     if (onEngine(row))
         queries.push_back({engineRow, {row.field(27).asText(), row.field(29).asText()}});
     else if (row.field(28).asInt() == 0)
-        queries.push_back({registerBoth, {row.field(1).asText(), row.field(27).asText()}});
+        queries.push_back({registerCounters, {row.field(1).asText(), row.field(27).asText()}});
 }
 
 std::function<void(db::DataSet&, std::vector<Query>&)> registerQuery(int statement, int location) {
@@ -60,7 +59,7 @@ std::function<void(db::DataSet&, std::vector<Query>&)> registerQuery(int stateme
 // where its governing limit and used hours are booked and its flag is 1, the
 // derivation's carrier query.
 void planningQueries(db::DataSet& row, std::vector<Query>& queries) {
-    queries.push_back({planningRegister, {row.field(1).asText(), row.field(27).asText()}});
+    queries.push_back({registerCounters, {row.field(1).asText(), row.field(27).asText()}});
     const bool firstOverhaul = (row.field(10).isNull() || row.field(10).asInt() == 0) && !row.field(43).isNull();
     int limit = firstOverhaul ? 43 : 14;
     if (row.field(limit).isNull()) limit = 12;
@@ -75,15 +74,15 @@ std::vector<Case> cases() {
         {"FunNepNarAgr/AGREGAT", "AGREGAT where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)",
          [](db::Connection& c, db::DataSet& r) { FunNepNarAgr(c, r, 17); }, componentQuery},
         {"FunNepNarLopast/LOPAST", "LOPAST where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)",
-         [](db::Connection& c, db::DataSet& r) { FunNepNarLopast(c, r, 26); }, registerQuery(registerBoth, 2)},
+         [](db::Connection& c, db::DataSet& r) { FunNepNarLopast(c, r, 26); }, registerQuery(registerCounters, 2)},
         {"FunNepNarZCU/ZCU", "ZCU where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)",
-         [](db::Connection& c, db::DataSet& r) { FunNepNarZCU(c, r, 11); }, registerQuery(registerBoth, 2)},
+         [](db::Connection& c, db::DataSet& r) { FunNepNarZCU(c, r, 11); }, registerQuery(registerCounters, 2)},
         {"FunNepNarShlang/SHLANG", "SHLANG where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)",
-         [](db::Connection& c, db::DataSet& r) { FunNepNarShlang(c, r); }, registerQuery(registerBoth, 2)},
+         [](db::Connection& c, db::DataSet& r) { FunNepNarShlang(c, r); }, registerQuery(registerCounters, 2)},
         {"FunNepNarHvostVint/HVOSTOVOY_VINT", "HVOSTOVOY_VINT where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)",
-         [](db::Connection& c, db::DataSet& r) { FunNepNarHvostVint(c, r, 29); }, registerQuery(registerHours, 14)},
+         [](db::Connection& c, db::DataSet& r) { FunNepNarHvostVint(c, r, 29); }, registerQuery(registerCounters, 14)},
         {"FunNepNarLebedka/LEBEDKA", "LEBEDKA where GDE_STOIT in (select BORTOVOI_NOMER from REESTR)",
-         [](db::Connection& c, db::DataSet& r) { FunNepNarLebedka(c, r, 27); }, registerQuery(registerHours, 14)},
+         [](db::Connection& c, db::DataSet& r) { FunNepNarLebedka(c, r, 27); }, registerQuery(registerCounters, 14)},
         {"FunOstatChas/AGREGAT", "AGREGAT where EDINICA_NARABOTKI = 0",
          [](db::Connection&, db::DataSet& r) { FunOstatChas(r, 12, 17); },
          [](db::DataSet& row, std::vector<Query>& queries) {

@@ -15,20 +15,11 @@ constexpr std::string_view engineCounterColumns[] = {"NARABOTKA_PPR", "ZAPUSKI_P
 constexpr std::string_view apuSerial[] = {"ZAVODSKOY_NOMER"};
 constexpr std::string_view apuColumns[] = {"OBSHAIA_PPR", "ZAPUSKI_PPR", "OTBORY_PPR", "NAZVANIE", "SUMMA_PPR"};
 
-// "Select A, B From T Where K1=:k0 And K2=:k1 Order By ID": one text per
-// lookup, so that one prepared statement serves every unit.
-std::string statementOf(const CarrierLookup& lookup) {
-    std::string sql = "Select ";
-    for (std::size_t i = 0; i < lookup.columns.size(); ++i) sql += (i ? ", " : "") + std::string(lookup.columns[i]);
-    sql += " From " + std::string(lookup.table) + " Where ";
-    for (std::size_t i = 0; i < lookup.keys.size(); ++i)
-        sql += (i ? " And " : "") + std::string(lookup.keys[i]) + "=:k" + std::to_string(i);
-    return sql + " Order By ID";
-}
+constexpr const char* keyParameters[] = {"k0", "k1"};
 
 std::optional<CarrierRow> query(const Queries& queries, const CarrierLookup& lookup, std::span<const db::Value> keys) {
-    db::DataSet found = queries.prepare(statementOf(lookup));
-    for (std::size_t i = 0; i < keys.size(); ++i) found.setParam("k" + std::to_string(i), keys[i]);
+    db::DataSet found = queries.prepare(lookup.statement);
+    for (std::size_t i = 0; i < keys.size(); ++i) found.setParam(keyParameters[i], keys[i]);
     found.open();
     if (found.eof()) return std::nullopt;
     CarrierRow row;
@@ -37,6 +28,16 @@ std::optional<CarrierRow> query(const Queries& queries, const CarrierLookup& loo
 }
 
 }  // namespace
+
+CarrierLookup::CarrierLookup(std::string_view table_, std::span<const std::string_view> keys_,
+                             std::span<const std::string_view> columns_)
+    : table(table_), keys(keys_), columns(columns_), statement("Select ") {
+    for (std::size_t i = 0; i < columns.size(); ++i) statement += (i ? ", " : "") + std::string(columns[i]);
+    statement += " From " + std::string(table) + " Where ";
+    for (std::size_t i = 0; i < keys.size(); ++i)
+        statement += (i ? " And " : "") + std::string(keys[i]) + "=:" + keyParameters[i];
+    statement += " Order By ID";
+}
 
 const CarrierLookup aircraftCounters{"REESTR", typeAndTail, aircraftColumns};
 const CarrierLookup engineAtLocation{"DVIGATEL", locationAndSerial, engineAtLocationColumns};

@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -16,9 +17,15 @@
 namespace mxbook::remaining {
 
 struct CarrierLookup {
+    CarrierLookup(std::string_view table, std::span<const std::string_view> keys,
+                  std::span<const std::string_view> columns);
+
     std::string_view table;
-    std::span<const std::string_view> keys;
+    std::span<const std::string_view> keys;  // at most two
     std::span<const std::string_view> columns;
+    // "Select A, B From T Where K1=:k0 And K2=:k1 Order By ID", written once:
+    // one text, so that one prepared statement serves every unit.
+    std::string statement;
 };
 
 // The aircraft by type and tail: hours and landings since overhaul.
