@@ -1,48 +1,23 @@
-// `mxbook status` over the whole fleet, run in process as the program runs
-// it, and its floor: per aircraft the select of each kind's units, and per
-// derived limit of a unit the carrier query the calculation runs.
+// The fleet status over the whole fleet, computed by the library on a
+// connection opened as the program opens it, and its floor: per aircraft,
+// each kind's units selected, and each carrier table (the register, the
+// engines, the APUs) read once for that aircraft.
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <memory>
-#include <sstream>
 
 #include "benchmarks.h"
 #include "commands.h"
 #include "mxbook/data.h"
-#include "mxbook/remaining_life.h"
+#include "mxbook/status.h"
+#include "units/unit_kinds.h"
 
 namespace mxbook::bench {
 
 namespace {
-
-struct StatusTable {
-    const char* table;
-    const char* location;
-    const char* flag;  // null: never derived
-    int derivedLimits;
-};
-
-constexpr StatusTable tables[] = {
-    {"DVIGATEL", "GDE_STOIT", nullptr, 0},
-    {"REDUCTOR", "GDE_STOIT", nullptr, 0},
-    {"VSU", "MESTO_USTANOVKI", nullptr, 0},
-    {"AGREGAT", "GDE_STOIT", "NEPRIAMOI_UCHET_NAR_AGREGATA", 2},
-    {"VTULKA_NV", "GDE_STOIT", "NEPRIAMOI_UCHET_NAR_AGREGATA", 2},
-    {"LOPAST", "GDE_STOIT", "NEPRIAMOI_UCHET_NAR_LOPAST", 2},
-    {"HVOSTOVOY_VINT", "GDE_STOIT", "NEPRIAMOI_UCHET_NAR_VINTA", 2},
-    {"LEBEDKA", "GDE_STOIT", "NEPRIAMOI_UCHET_NAR_LEBEDKI", 2},
-    {"PODVESKA", "GDE_STOIT", nullptr, 0},
-    {"SHLANG", "GDE_STOIT", "NEPRIAMOI_UCHET_NAR_SHLANG", 1},
-    {"ZCU", "GDE_STOIT", "NEPRIAMOI_UCHET_NAR_ZCU", 2},
-    {"VOZDUSHNY_VINT", "GDE_STOIT", nullptr, 0},
-};
-
-struct Step {
-    int statement;  // 0..tables-1: a kind's units; then register, engine
-    std::vector<std::string> params;
-};
 
 // A private Firebird server on loopback serving a copy of the fleet, started
 // by the first benchmark that needs it and stopped at the end of the run.
@@ -80,6 +55,31 @@ PrivateServer& privateServer() {
     return server;
 }
 
+// A line of /proc/self/status in MB: VmRSS now, VmHWM the peak since the last reset.
+double residentMb(const std::string& key) {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.rfind(key + ":", 0) == 0) return std::stod(line.substr(key.size() + 1)) / 1024.0;
+    return 0.0;
+}
+
+// Starts VmHWM again from the resident set now.
+void resetPeak() { std::ofstream("/proc/self/clear_refs") << "5"; }
+
+// The status of the whole fleet, the tightest first, on the program's kind of
+// connection to `location`; the peak resident memory it takes over what the
+// process held before, the connection's own included.
+void measureStatus(benchmark::State& state, const std::string& location) {
+    resetPeak();
+    const double before = residentMb("VmRSS");
+    db::Connection connection;
+    cli::Options options;
+    options.database = location;
+    cli::openMainDatabase(connection, options);
+    for (auto _ : state) benchmark::DoNotOptimize(fleetStatus(connection, std::nullopt, StatusOrder::urgency).size());
+    state.counters["peak_MB"] = residentMb("VmHWM") - before;
+}
+
 }  // namespace
 
 void registerServerStatus(Fleet& fleet, RatioReporter& reporter) {
@@ -91,14 +91,7 @@ void registerServerStatus(Fleet& fleet, RatioReporter& reporter) {
                 state.SkipWithError("no private Firebird server (make bench installs firebird3.0-server)");
                 return;
             }
-            cli::Options options;
-            options.format = cli::Format::csv;
-            options.database = location;
-            for (auto _ : state) {
-                std::ostringstream out;
-                cli::runStatus(out, options, std::nullopt, cli::StatusOrder::urgency);
-                benchmark::DoNotOptimize(out.str().size());
-            }
+            measureStatus(state, location);
         })
         ->Unit(benchmark::kMillisecond)
         ->Iterations(2);
@@ -106,53 +99,28 @@ void registerServerStatus(Fleet& fleet, RatioReporter& reporter) {
 }
 
 void registerStatus(Fleet& fleet) {
-    benchmark::RegisterBenchmark("FleetStatus", [&fleet](benchmark::State& state) {
-        cli::Options options;
-        options.format = cli::Format::csv;
-        options.database = fleet.path;
-        for (auto _ : state) {
-            std::ostringstream out;
-            cli::runStatus(out, options, std::nullopt, cli::StatusOrder::urgency);
-            benchmark::DoNotOptimize(out.str().size());
-        }
-    })->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("FleetStatus", [&fleet](benchmark::State& state) { measureStatus(state, fleet.path); })
+        ->Unit(benchmark::kMillisecond);
 
-    auto steps = std::make_shared<std::vector<Step>>();
-    const int registerQuery = static_cast<int>(std::size(tables)), engineQuery = registerQuery + 1;
-    db::DataSet aircraft(fleet.connection, "select BORTOVOI_NOMER from REESTR order by BORTOVOI_NOMER");
-    for (aircraft.open(); !aircraft.eof(); aircraft.next()) {
-        const std::string tail = aircraft.field(0).asText();
-        for (int t = 0; t < static_cast<int>(std::size(tables)); ++t) {
-            const StatusTable& kind = tables[t];
-            steps->push_back({t, {tail}});
-            if (!kind.flag) continue;
-            db::DataSet units(fleet.connection, std::string("select * from ") + kind.table + " where " + kind.location +
-                                                    " = " + db::quoted(tail) + " and " + kind.flag + " = 1");
-            for (units.open(); !units.eof(); units.next()) {
-                const bool engine =
-                    std::string(kind.table) == "AGREGAT" && !units.field(28).isNull() && units.field(28).asInt() == 1;
-                for (int n = 0; n < kind.derivedLimits; ++n)
-                    steps->push_back(engine ? Step{engineQuery, {tail, units.field(29).asText()}}
-                                            : Step{registerQuery, {units.field(1).asText(), tail}});
-            }
-        }
-    }
-    benchmark::RegisterBenchmark("FleetStatus/floor", [&fleet, steps](benchmark::State& state) {
+    benchmark::RegisterBenchmark("FleetStatus/floor", [&fleet](benchmark::State& state) {
+        std::vector<std::string> tails;
+        db::DataSet aircraft(fleet.connection, "select distinct BORTOVOI_NOMER from REESTR order by BORTOVOI_NOMER");
+        for (aircraft.open(); !aircraft.eof(); aircraft.next()) tails.push_back(aircraft.field(0).asText());
+
         std::vector<std::unique_ptr<RawDatabase::Statement>> statements;
-        for (const StatusTable& kind : tables)
+        const auto selectAt = [&](std::string_view table, std::string_view location, std::string_view order) {
             statements.push_back(std::make_unique<RawDatabase::Statement>(
-                fleet.raw,
-                std::string("select * from ") + kind.table + " where " + kind.location + " = ? order by ID"));
-        statements.push_back(std::make_unique<RawDatabase::Statement>(
-            fleet.raw,
-            "Select NARABOTKA_PPR_CHASOV, NARABOTKA_PPR_POSADKI From REESTR Where TIP_VS=? And "
-            "BORTOVOI_NOMER=? Order By ID"));
-        statements.push_back(std::make_unique<RawDatabase::Statement>(
-            fleet.raw, "Select * From DVIGATEL Where GDE_STOIT=? And ZAVODSKOI_NOMER=? Order By ID"));
+                fleet.raw, "select * from " + std::string(table) + " where " + std::string(location) + " = ?" +
+                               std::string(order)));
+        };
+        // The units as the status selects them, then the carriers.
+        for (const units::UnitKind& kind : units::unitKinds()) selectAt(kind.table, kind.location.name, " order by ID");
+        selectAt("REESTR", "BORTOVOI_NOMER", "");
+        for (const char* carrier : {"DVIGATEL", "VSU"}) selectAt(carrier, units::unitKind(carrier).location.name, "");
         for (auto _ : state) {
             int rows = 0;
-            for (const Step& step : *steps)
-                rows += statements[static_cast<std::size_t>(step.statement)]->run(step.params);
+            for (const std::string& tail : tails)
+                for (const auto& statement : statements) rows += statement->run({tail});
             benchmark::DoNotOptimize(rows);
         }
     })->Unit(benchmark::kMillisecond);

@@ -13,4 +13,5 @@
 #include "mxbook/operating_time.h"
 #include "mxbook/remaining_life.h"
 #include "mxbook/schema.h"
+#include "mxbook/status.h"
 #include "mxbook/text.h"

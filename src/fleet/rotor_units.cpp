@@ -1,10 +1,11 @@
 // Rotor-system and other units: each kind is a row of the table below, and
-// one routine writes them all.
+// one routine writes them all; the columns are those of the kinds of unit.
 #include <algorithm>
 #include <span>
 #include <utility>
 
 #include "units.h"
+#include "units/unit_kinds.h"
 
 namespace mxbook::fleet {
 
@@ -18,16 +19,10 @@ struct RotorKind {
     int (*countOn)(const AircraftProfile&);
     int totalLimit;     // hours
     int overhaulLimit;  // hours; 0: the kind is never overhauled
-    std::string_view serialColumn = "ZAVODSKOI_NOMER";
-    std::string_view manufacturedColumn = "DATA_VYPUSKA";
-    std::string_view flagColumn = {};  // empty: its counters run with the aircraft, never derived
-    std::string_view nameColumn = {};  // empty: the table keeps no name
-    std::string_view name = {};
-    bool keepsReading = true;             // has NARABOTKA_VS_PRI_USTANOVKE
+    std::string_view name = {};           // empty: none written
     bool keepsCalendar = true;            // has SROK_OBSH
     bool keepsFirstOverhaulLimit = true;  // has RESURS_DO_PR and SROK_DO_PR
     bool followsEngine = false;           // counts the first engine's time, not the airframe's
-    bool laidOutAsComponent = false;      // keeps a component's counter and carrier kinds
     bool hasCable = false;                // a winch: cable limits and hoists
     bool namesItsHub = false;             // a tail rotor: its hub's serial number
     // The oil blocks (time since the change, date of the change) the kind keeps.
@@ -44,24 +39,18 @@ constexpr RotorKind rotorKinds[] = {
      .countOn = [](const AircraftProfile& p) { return p.helicopter ? 1 : 0; },
      .totalLimit = 12000,
      .overhaulLimit = 2000,
-     .serialColumn = "ZAVODSKOY_NOMER",
-     .flagColumn = "NEPRIAMOI_UCHET_NAR_AGREGATA",
-     .nameColumn = "NAZVANIE",
      .name = "Втулка несущего винта",
-     .laidOutAsComponent = true,
      .oilBlocks = hubOil},
     {.table = "LOPAST",
      .drawingNumber = "8АТ-2710-00",
      .countOn = [](const AircraftProfile& p) { return p.mainBlades + p.tailBlades; },
      .totalLimit = 8000,
-     .overhaulLimit = 2000,
-     .flagColumn = "NEPRIAMOI_UCHET_NAR_LOPAST"},
+     .overhaulLimit = 2000},
     {.table = "HVOSTOVOY_VINT",
      .drawingNumber = "246-3925-00",
      .countOn = [](const AircraftProfile& p) { return p.tailBlades > 0 ? 1 : 0; },
      .totalLimit = 9000,
      .overhaulLimit = 1500,
-     .flagColumn = "NEPRIAMOI_UCHET_NAR_VINTA",
      .namesItsHub = true,
      .oilBlocks = tailRotorOil},
     {.table = "LEBEDKA",
@@ -69,38 +58,30 @@ constexpr RotorKind rotorKinds[] = {
      .countOn = [](const AircraftProfile& p) { return p.winch ? 1 : 0; },
      .totalLimit = 6000,
      .overhaulLimit = 1500,
-     .flagColumn = "NEPRIAMOI_UCHET_NAR_LEBEDKI",
      .hasCable = true},
     {.table = "PODVESKA",
      .drawingNumber = "ВП-3",
      .countOn = [](const AircraftProfile& p) { return p.sling ? 1 : 0; },
      .totalLimit = 5000,
      .overhaulLimit = 1000,
-     .keepsReading = false,
      .keepsFirstOverhaulLimit = false},
     {.table = "SHLANG",
      .drawingNumber = "8А-4500-810",
      .countOn = [](const AircraftProfile& p) { return p.hoses; },
      .totalLimit = 3000,
      .overhaulLimit = 0,
-     .manufacturedColumn = "DATA_VYPUSKA_RUKAVA",
-     .flagColumn = "NEPRIAMOI_UCHET_NAR_SHLANG",
      .keepsCalendar = false},
     {.table = "ZCU",
      .drawingNumber = "ЗЦУ-8",
      .countOn = [](const AircraftProfile& p) { return p.zcuUnits; },
      .totalLimit = 4000,
      .overhaulLimit = 1500,
-     .flagColumn = "NEPRIAMOI_UCHET_NAR_ZCU",
-     .nameColumn = "NAZVANIE",
      .name = "Узел ЗЦУ"},
     {.table = "VOZDUSHNY_VINT",
      .drawingNumber = "АВ-2",
      .countOn = [](const AircraftProfile& p) { return p.propeller ? 1 : 0; },
      .totalLimit = 8000,
      .overhaulLimit = 1000,
-     .serialColumn = "ZAVODSKOY_NOMER",
-     .keepsReading = false,
      .followsEngine = true},
 };
 
@@ -124,21 +105,22 @@ std::string booked(int now, int carried, bool indirect) {
 
 void writeRotorUnit(Generation& g, const RotorKind& kind, std::string_view aircraftType, const UnitState& s,
                     const std::string& owner, Random& r) {
-    auto& units = g.table(std::string(kind.table));
-    const bool indirect = !kind.flagColumn.empty() && s.indirect;
-    auto row = units.row();
+    const units::UnitKind& columns = units::unitKind(kind.table);
+    auto& table = g.table(std::string(kind.table));
+    const bool indirect = columns.flag && s.indirect;
+    auto row = table.row();
     row.set("TIP_VS", aircraftType)
-        .set("GDE_STOIT", s.location)
+        .set(columns.location.name, s.location)
         .set("CHERT_NOMER", kind.drawingNumber)
-        .set(kind.serialColumn, g.nextSerial())
-        .set(kind.manufacturedColumn, s.installed.addYears(-r.between(1, 10)))
+        .set(columns.serial.name, g.nextSerial())
+        .set(columns.manufactured.name, s.installed.addYears(-r.between(1, 10)))
         .set("DATA_USTANOVKI", s.installed)
         .set("NARABOTKA_SNE", booked(s.usedNow, s.carried, indirect))
         .set("RESURS_OBSH", kind.totalLimit)
         .set("SOBSTVENNOST", owner);
-    if (!kind.flagColumn.empty()) row.set(kind.flagColumn, s.indirect ? 1 : 0);
-    if (kind.keepsReading && !s.reading.empty()) row.set("NARABOTKA_VS_PRI_USTANOVKE", s.reading);
-    if (!kind.nameColumn.empty()) row.set(kind.nameColumn, kind.name);
+    if (columns.flag) row.set(columns.flag->name, s.indirect ? 1 : 0);
+    if (columns.installReading && !s.reading.empty()) row.set(columns.installReading->name, s.reading);
+    if (!kind.name.empty()) row.set(columns.name.name, kind.name);
     if (kind.keepsCalendar) row.set("SROK_OBSH", calendarLimit(r.chance(0.5) ? 20 : 12, r.chance(0.2) ? 6 : 0));
     if (kind.overhaulLimit > 0) {
         row.set("NARABOTKA_PPR", booked(s.overhauledNow, s.carried, indirect))
@@ -150,7 +132,8 @@ void writeRotorUnit(Generation& g, const RotorKind& kind, std::string_view aircr
         else if (kind.keepsFirstOverhaulLimit)
             row.set("RESURS_DO_PR", kind.overhaulLimit * 3 / 2).set("SROK_DO_PR", calendarLimit(6));
     }
-    if (kind.laidOutAsComponent) row.set("EDINICA_NARABOTKI", 0).set("PLAN_DVIG_VSU", 0);
+    if (columns.keepsComponentColumns)
+        row.set(units::componentColumns.counterKind.name, 0).set(units::componentColumns.carrierKind.name, 0);
     if (kind.hasCable)
         row.set("RESURS_TROS_LUDI", 1500)
             .set("RESURS_TROS_GRUZY", 3000)
@@ -163,12 +146,12 @@ void writeRotorUnit(Generation& g, const RotorKind& kind, std::string_view aircr
         // Drawn apart, so that the units after it keep their wear.
         Random oil = r.fork(0x011);
         row.set("RESURS_MASLA", oilLimitHours);
-        if (kind.laidOutAsComponent) row.set("UCHET_MASLA", 1);
+        if (columns.keepsComponentColumns) row.set("UCHET_MASLA", 1);
         for (const auto& [time, date] : kind.oilBlocks)
             row.set(time, hoursText(oil.between(0, 40) * hours))
                 .set(date, std::max(s.installed, g.today.addDays(-oil.between(10, 360))));
     }
-    units.insert(g.batch, row);
+    table.insert(g.batch, row);
     ++g.summary.units;
 }
 

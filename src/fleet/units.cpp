@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "reference_data.h"
+#include "units/unit_kinds.h"
 
 namespace mxbook::fleet {
 
@@ -50,16 +51,18 @@ struct ComponentPlace {
 void writeComponent(Generation& g, const AircraftProfile& type, const ComponentModel& model,
                     const ComponentPlace& place, const Installation& i, const std::string& reading, int carried,
                     Random& r) {
-    auto& components = g.table("AGREGAT");
+    const units::UnitKind& columns = units::unitKind("AGREGAT");
+    const auto& component = units::componentColumns;
+    auto& components = g.table(std::string(columns.table));
     const bool landings = model.countsLandings;
     const auto& keys = g.typeKeys["ETAAGREGAT"];
     const auto key = keys.find(typeKeyOf(type.type, model.name, model.drawingNumber));
     auto row = components.row();
     row.set("TIP_VS", type.type)
-        .set("NAZVANIE", model.name)
+        .set(columns.name.name, model.name)
         .set("CHERT_NOMER", model.drawingNumber)
-        .set("ZAVODSKOI_NOMER", g.nextSerial())
-        .set("DATA_VYPUSKA", i.day.addYears(-r.between(1, 12)))
+        .set(columns.serial.name, g.nextSerial())
+        .set(columns.manufactured.name, i.day.addYears(-r.between(1, 12)))
         .set("KOL_VO_REMONTOV", i.overhauls)
         .set("RESURS_OBSH", model.totalLimit)
         .set("SROK_OBSH", calendarLimit(r.chance(0.5) ? 20 : 15))
@@ -68,17 +71,17 @@ void writeComponent(Generation& g, const AircraftProfile& type, const ComponentM
         .set("NARABOTKA_SNE", counterText(i.usedNow, carried, i.indirect, landings))
         .set("NARABOTKA_PPR", counterText(i.overhauledNow, carried, i.indirect, landings))
         .set("UCHET_MASLA", model.tracksOil ? 1 : 0)
-        .set("EDINICA_NARABOTKI", landings ? 1 : 0)
+        .set(component.counterKind.name, landings ? 1 : 0)
         .set("DATA_USTANOVKI", i.day)
-        .set("GDE_STOIT", place.location)
-        .set("PLAN_DVIG_VSU", place.carrierKind)
+        .set(columns.location.name, place.location)
+        .set(component.carrierKind.name, place.carrierKind)
         .set("SOBSTVENNOST", "1")
-        .set("NEPRIAMOI_UCHET_NAR_AGREGATA", i.indirect ? 1 : 0)
+        .set(columns.flag->name, i.indirect ? 1 : 0)
         .set("BEZ_OPISANIYA", 0)
         .set("KALENDAR_OT_USTANOVKI", false);
     if (i.overhauls > 0) row.set("DATA_REMONTA", i.day.addDays(-r.between(30, 700)));
-    if (!reading.empty()) row.set("NARABOTKA_VS_PRI_USTANOVKE", reading);
-    if (!place.carrierSerial.empty()) row.set("NUMER_DVIG_VSU", place.carrierSerial);
+    if (!reading.empty()) row.set(columns.installReading->name, reading);
+    if (!place.carrierSerial.empty()) row.set(component.carrierSerial.name, place.carrierSerial);
     if (key != keys.end()) row.set("ID_NAME", key->second);
     if (i.overhauls == 0) row.set("RESURS_DO_PR", model.overhaulLimit * 3 / 2).set("SROK_DO_PR", calendarLimit(6));
     if (model.tracksOil)

@@ -7,6 +7,7 @@
 #include "mxbook/host.h"
 #include "mxbook/oil.h"
 #include "mxbook/text.h"
+#include "register/known_tails.h"
 
 namespace mxbook {
 
@@ -114,8 +115,7 @@ std::vector<std::string> registeredTails(db::Connection& connection) {
 std::vector<OilState> fleetOilState(db::Connection& connection, const std::optional<std::string>& tailNumber) {
     std::vector<std::string> tails = registeredTails(connection);
     if (tailNumber) {
-        if (std::find(tails.begin(), tails.end(), *tailNumber) == tails.end())
-            throw DataError("no aircraft '" + *tailNumber + "' in the register");
+        requireRegistered(tails, *tailNumber);
         tails = {*tailNumber};
     }
     std::vector<OilState> states;

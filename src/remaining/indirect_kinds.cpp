@@ -1,6 +1,7 @@
 #include "indirect_kinds.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "carrier_rule.h"
 #include "carriers.h"
@@ -8,48 +9,30 @@
 #include "mxbook/error.h"
 #include "mxbook/operating_time.h"
 #include "mxbook/text.h"
+#include "units/unit_kinds.h"
 
 namespace mxbook::remaining {
 
 namespace {
 
-constexpr IndirectKind kinds[] = {
-    {.table = "AGREGAT",
-     .flagName = "NEPRIAMOI_UCHET_NAR_AGREGATA",
-     .locationColumn = 27,
-     .flagColumn = 39,
-     .installReadingColumn = 16,
-     .generalComponent = true},
-    {.table = "ZCU",
-     .flagName = "NEPRIAMOI_UCHET_NAR_ZCU",
-     .locationColumn = 2,
-     .flagColumn = 16,
-     .installReadingColumn = 15},
-    {.table = "SHLANG",
-     .flagName = "NEPRIAMOI_UCHET_NAR_SHLANG",
-     .locationColumn = 2,
-     .flagColumn = 18,
-     .installReadingColumn = 17,
-     .fixedOwnColumn = 12},
-    {.table = "LOPAST",
-     .flagName = "NEPRIAMOI_UCHET_NAR_LOPAST",
-     .locationColumn = 2,
-     .flagColumn = 18,
-     .installReadingColumn = 17,
-     .blankReadingIsZero = true},
-    {.table = "HVOSTOVOY_VINT",
-     .flagName = "NEPRIAMOI_UCHET_NAR_VINTA",
-     .locationColumn = 14,
-     .flagColumn = 27,
-     .installReadingColumn = 28,
-     .registerGivesLandings = false},
-    {.table = "LEBEDKA",
-     .flagName = "NEPRIAMOI_UCHET_NAR_LEBEDKI",
-     .locationColumn = 14,
-     .flagColumn = 25,
-     .installReadingColumn = 26,
-     .registerGivesLandings = false},
-};
+// Each kind of unit whose flag column names a derivation of its own.
+std::vector<IndirectKind> derivedKinds() {
+    std::vector<IndirectKind> all;
+    for (const units::UnitKind& unit : units::unitKinds()) {
+        if (!unit.derivation) continue;
+        const units::Derivation& derivation = *unit.derivation;
+        all.push_back({.table = unit.table,
+                       .flagName = unit.flag->name,
+                       .locationColumn = unit.location.position,
+                       .flagColumn = unit.flag->position,
+                       .installReadingColumn = unit.installReading->position,
+                       .blankReadingIsZero = derivation.blankReadingIsZero,
+                       .registerGivesLandings = derivation.registerGivesLandings,
+                       .fixedOwnColumn = derivation.fixedOwnColumn,
+                       .generalComponent = derivation.generalComponent});
+    }
+    return all;
+}
 
 // A general component says what it counts and what carries it.
 namespace component {
@@ -149,12 +132,16 @@ db::DataSet Queries::prepare(std::string sql) const {
     return connection_ ? db::DataSet(*connection_, std::move(sql)) : row_->onSameConnection(std::move(sql));
 }
 
-std::span<const IndirectKind> indirectKinds() { return kinds; }
+std::span<const IndirectKind> indirectKinds() {
+    static const std::vector<IndirectKind> kinds = derivedKinds();
+    return kinds;
+}
 
 const IndirectKind& indirectKind(std::string_view table) {
+    const std::span<const IndirectKind> kinds = indirectKinds();
     const auto found =
-        std::find_if(std::begin(kinds), std::end(kinds), [&](const IndirectKind& k) { return k.table == table; });
-    if (found == std::end(kinds))
+        std::find_if(kinds.begin(), kinds.end(), [&](const IndirectKind& k) { return k.table == table; });
+    if (found == kinds.end())
         throw ArgumentError(std::string(table) + " has no indirect-accounting column of a known kind of unit");
     return *found;
 }

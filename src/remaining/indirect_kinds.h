@@ -39,6 +39,7 @@ private:
     const db::DataSet* row_ = nullptr;
 };
 
+// A kind of unit's facts (src/units/unit_kinds.h) as the derivation reads them.
 struct IndirectKind {
     std::string_view table;
     std::string_view flagName;          // the column whose presence tells the kind
@@ -53,7 +54,7 @@ struct IndirectKind {
 
 inline constexpr int typeColumn = 1;
 
-// In the order the remaining-hours calculation takes them.
+// In the order of the kinds of unit; a row carries one kind's flag column at most.
 std::span<const IndirectKind> indirectKinds();
 // The kind kept in `table`; ArgumentError for a table whose rows carry no
 // indirect-accounting column (the register, engines).

@@ -4,14 +4,15 @@
 
 #include "mxbook/remaining_life.h"
 #include "mxbook/text.h"
+#include "units/unit_kinds.h"
 
 namespace mxbook::remaining {
 
 namespace {
 
 namespace component {
-constexpr int carrierKind = 28;
-constexpr int carrierSerial = 29;
+constexpr int carrierKind = units::componentColumns.carrierKind.position;
+constexpr int carrierSerial = units::componentColumns.carrierSerial.position;
 constexpr int onEngine = 1;
 }  // namespace component
 

@@ -10,6 +10,7 @@
 
 #include "mxbook/data/connection.h"
 #include "mxbook/error.h"
+#include "mxbook/status.h"
 #include "output.h"
 
 namespace mxbook::cli {
@@ -41,7 +42,7 @@ int runInit(std::ostream& out, const Options& options);
 int runDemo(std::ostream& out, const Options& options, RunFolder& folder);
 // The units of every aircraft (or one) with what is left of their limits:
 // the tightest of them all first, or by aircraft and kind of unit.
-enum class StatusOrder { urgency, aircraft };
+using mxbook::StatusOrder;
 int runStatus(std::ostream& out, const Options& options, const std::optional<std::string>& tail, StatusOrder order);
 // mxbook move component UNIT TO DATE: UNIT is @AGREGAT:ID or a factory
 // number, TO a tail number or an off-aircraft location, DATE YYYY-MM-DD.

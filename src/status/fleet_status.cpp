@@ -1,0 +1,189 @@
+// The fleet status: each unit's limits, through the remaining-life
+// functions, for each kind of unit on each aircraft.
+#include <algorithm>
+
+#include "mxbook/data/data_set.h"
+#include "mxbook/error.h"
+#include "mxbook/host.h"
+#include "mxbook/operating_time.h"
+#include "mxbook/remaining_life.h"
+#include "mxbook/status.h"
+#include "mxbook/text.h"
+#include "register/known_tails.h"
+#include "units/unit_kinds.h"
+
+namespace mxbook {
+
+namespace {
+
+using units::Limit;
+using units::Measure;
+using units::UnitKind;
+
+// Before an overdue amount: a minus sign, not a hyphen.
+const std::string minusSign = "\u2212";
+
+struct Aircraft {
+    std::string tail;
+    std::string type;
+};
+
+// What is left of one limit, and the share of the limit that is, below zero
+// when it is overdue.
+struct Left {
+    StatusValue value;
+    double share;
+};
+
+int monthNumber(Date date) { return date.year() * 12 + date.month(); }
+
+// The library's signed remainders, so that a unit past its limit shows by
+// how much, its derived operating time included; the texts of what is left
+// are the remaining-life functions' own.
+std::optional<Left> leftOf(db::DataSet& row, const UnitKind& kind, const Limit& limit, bool countsLandings) {
+    const int usedColumn = units::usedColumn(kind, limit);
+    if (limit.measure == Measure::calendar) {
+        const std::optional<int> left = remainingMonths(row, limit.limitColumn, usedColumn);
+        if (!left) return std::nullopt;
+        // Months count as the library counts them: by month, the days aside.
+        const int total = *left + monthNumber(host().today()) - monthNumber(row.field(usedColumn).asDate());
+        return Left{{*left < 0 ? minusSign + std::to_string(-*left) + " мес."
+                               : FunOstatLet(row, limit.limitColumn, usedColumn)},
+                    total > 0 ? static_cast<double>(*left) / total : 0.0};
+    }
+    const db::Field limitField = row.field(limit.limitColumn);
+    if (limitField.isNull() || limitField.asInt() <= 0) return std::nullopt;
+    const long long total = limitField.asInt();
+    if (limit.measure == Measure::count || countsLandings) {
+        const std::optional<long long> left = remainingCount(row, limit.limitColumn, usedColumn);
+        if (!left) return std::nullopt;
+        std::string text = *left < 0 ? minusSign + std::to_string(-*left) : std::to_string(*left);
+        return Left{{std::move(text), *left}, static_cast<double>(*left) / static_cast<double>(total)};
+    }
+    const std::optional<Minutes> left = remainingMinutes(row, limit.limitColumn, usedColumn);
+    if (!left) return std::nullopt;
+    return Left{{*left < Minutes() ? minusSign + operating_time::format(Minutes() - *left)
+                                   : operating_time::formatOrDoubleZero(*left)},
+                static_cast<double>(left->count()) / static_cast<double>(total * 60)};
+}
+
+// An other limit's remainder names the limit and says its unit: "циклы 120",
+// "срок 1г. 5м.", "сумма 35:00 ч".
+std::string otherText(const Limit& limit, const std::string& left, bool countsLandings) {
+    const bool hours = limit.measure == Measure::hours && !countsLandings;
+    return std::string(limit.name) + " " + left + (hours ? " ч" : "");
+}
+
+// A booked count is a number; booked hours stay text.
+StatusValue countValue(std::string text) {
+    if (text.empty() || text.find_first_not_of("0123456789") != std::string::npos) return {std::move(text)};
+    const long long count = parseInt64(text);
+    return {std::move(text), count};
+}
+
+// The aircraft's hours (or landings) at which the unit comes off; empty for
+// a unit on an engine, whose removal follows the engine's, and for one whose
+// governing limit or used value is not booked.
+StatusValue removalReading(db::Connection& connection, db::DataSet& unit, const UnitKind& kind,
+                           const Aircraft& aircraft, bool onEngine, bool landings) {
+    if (!kind.removalPlanned || onEngine) return {};
+    std::string reading;
+    try {
+        reading = plannedRemovalReading(connection, unit, kind.table, aircraft.type, aircraft.tail);
+    } catch (const ConversionError&) {
+        return {};  // a null the plan cannot use; a malformed value failed the remainders before
+    }
+    return landings ? countValue(std::move(reading)) : StatusValue{std::move(reading)};
+}
+
+bool isOne(const db::DataSet& row, int column) {
+    const db::Field field = row.field(column);
+    return !field.isNull() && field.asInt() == 1;
+}
+
+UnitStatus unitStatus(db::Connection& connection, db::DataSet& unit, const UnitKind& kind, const Aircraft& aircraft) {
+    const auto& component = units::componentColumns;
+    const bool landings = kind.countsByCounterKind && isOne(unit, component.counterKind.position);
+    const bool onEngine = kind.countsByCounterKind && isOne(unit, component.carrierKind.position);
+    UnitStatus status{.tailNumber = aircraft.tail,
+                      .kind = std::string(kind.label),
+                      .unit = unit.field(kind.name.position).asText(),
+                      .serial = unit.field(kind.serial.position).asText(),
+                      .place = onEngine ? "двигатель " + unit.field(component.carrierSerial.position).asText()
+                                        : aircraft.tail,
+                      .countsLandings = landings,
+                      .booked = {},
+                      .lifeLeft = {},
+                      .overhaulLeft = {},
+                      .otherLeft = {},
+                      .comesOffAt = {},
+                      .tightestShare = 1.0,
+                      .tightestLimit = {}};
+    std::string booked = unit.field(units::usedColumn(kind, kind.limits.front())).asText();
+    status.booked = landings ? countValue(std::move(booked)) : StatusValue{std::move(booked)};
+    bool limited = false;
+    for (const Limit& limit : kind.limits) {
+        auto left = leftOf(unit, kind, limit, landings);
+        if (!left) continue;
+        if (!limited || left->share < status.tightestShare) {
+            status.tightestShare = left->share;
+            status.tightestLimit = std::string(limit.name);
+            limited = true;
+        }
+        switch (limit.role) {
+        case units::Role::life: status.lifeLeft = std::move(left->value); break;
+        case units::Role::overhaul: status.overhaulLeft = std::move(left->value); break;
+        case units::Role::other:
+            status.otherLeft +=
+                (status.otherLeft.empty() ? "" : "; ") + otherText(limit, left->value.text, landings);
+            break;
+        }
+    }
+    status.comesOffAt = removalReading(connection, unit, kind, aircraft, onEngine, landings);
+    return status;
+}
+
+void addUnits(db::Connection& connection, const UnitKind& kind, const Aircraft& aircraft,
+              std::vector<UnitStatus>& states) {
+    db::DataSet units(connection,
+                      "select * from " + std::string(kind.table) + " where " + std::string(kind.location.name) +
+                          " = :tail order by ID",
+                      db::DataSet::Traversal::forwardOnly);
+    units.setParam("tail", aircraft.tail);
+    for (units.open(); !units.eof(); units.next()) states.push_back(unitStatus(connection, units, kind, aircraft));
+}
+
+// The register's aircraft by tail number, each tail once with its first entry's type.
+std::vector<Aircraft> registeredAircraft(db::Connection& connection) {
+    std::vector<Aircraft> fleet;
+    db::DataSet aircraft(connection, "select BORTOVOI_NOMER, TIP_VS from REESTR order by BORTOVOI_NOMER, ID",
+                         db::DataSet::Traversal::forwardOnly);
+    for (aircraft.open(); !aircraft.eof(); aircraft.next()) {
+        if (!fleet.empty() && fleet.back().tail == aircraft.field(0).asText()) continue;
+        fleet.push_back({aircraft.field(0).asText(), aircraft.field(1).asText()});
+    }
+    return fleet;
+}
+
+}  // namespace
+
+std::vector<UnitStatus> fleetStatus(db::Connection& connection, const std::optional<std::string>& tailNumber,
+                                    StatusOrder order) {
+    std::vector<Aircraft> fleet = registeredAircraft(connection);
+    if (tailNumber) {
+        std::vector<std::string> tails;
+        for (const Aircraft& each : fleet) tails.push_back(each.tail);
+        requireRegistered(tails, *tailNumber);
+        std::erase_if(fleet, [&](const Aircraft& each) { return each.tail != *tailNumber; });
+    }
+    std::vector<UnitStatus> states;
+    for (const Aircraft& aircraft : fleet)
+        for (const UnitKind& kind : units::unitKinds()) addUnits(connection, kind, aircraft, states);
+    // States come by aircraft and kind; urgency puts the tightest of them all first.
+    if (order == StatusOrder::urgency)
+        std::stable_sort(states.begin(), states.end(),
+                         [](const UnitStatus& a, const UnitStatus& b) { return a.tightestShare < b.tightestShare; });
+    return states;
+}
+
+}  // namespace mxbook
