@@ -27,7 +27,6 @@ std::vector<IndirectKind> derivedKinds() {
                        .flagColumn = unit.flag->position,
                        .installReadingColumn = unit.installReading->position,
                        .blankReadingIsZero = derivation.blankReadingIsZero,
-                       .registerGivesLandings = derivation.registerGivesLandings,
                        .fixedOwnColumn = derivation.fixedOwnColumn,
                        .generalComponent = derivation.generalComponent});
     }

@@ -47,7 +47,6 @@ struct IndirectKind {
     int flagColumn;                     // 1: derived from the carrier
     int installReadingColumn;           // the carrier's hours when the unit was installed
     bool blankReadingIsZero = false;    // blades alone take an empty reading as 0:00
-    bool registerGivesLandings = true;  // the register query selects the landings too
     int fixedOwnColumn = -1;            // hoses always count their own column 12
     bool generalComponent = false;      // counted in hours or landings, on the airframe or an engine
 };

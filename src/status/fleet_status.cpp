@@ -1,6 +1,9 @@
 // The fleet status: each unit's limits, through the remaining-life
 // functions, for each kind of unit on each aircraft.
 #include <algorithm>
+#include <iterator>
+#include <numeric>
+#include <unordered_map>
 
 #include "mxbook/data/data_set.h"
 #include "mxbook/error.h"
@@ -143,14 +146,30 @@ UnitStatus unitStatus(db::Connection& connection, db::DataSet& unit, const UnitK
     return status;
 }
 
-void addUnits(db::Connection& connection, const UnitKind& kind, const Aircraft& aircraft,
-              std::vector<UnitStatus>& states) {
+// A location as "=" compares it with a tail number: trailing blanks aside.
+std::string_view tailKey(std::string_view location) {
+    const auto end = location.find_last_not_of(' ');
+    return location.substr(0, end == std::string_view::npos ? 0 : end + 1);
+}
+
+// The units of a kind on the aircraft of the status, in one statement for the
+// whole fleet rather than one per aircraft, each added to its aircraft's lines.
+void addUnits(db::Connection& connection, const UnitKind& kind, const std::vector<Aircraft>& fleet, bool oneAircraft,
+              std::vector<std::vector<UnitStatus>>& byAircraft) {
+    const std::string location(kind.location.name);
     db::DataSet units(connection,
-                      "select * from " + std::string(kind.table) + " where " + std::string(kind.location.name) +
-                          " = :tail order by ID",
+                      "select * from " + std::string(kind.table) + " where " + location +
+                          (oneAircraft ? " = :tail" : " in (select BORTOVOI_NOMER from REESTR)") + " order by ID",
                       db::DataSet::Traversal::forwardOnly);
-    units.setParam("tail", aircraft.tail);
-    for (units.open(); !units.eof(); units.next()) states.push_back(unitStatus(connection, units, kind, aircraft));
+    if (oneAircraft) units.setParam("tail", fleet.front().tail);
+    std::unordered_map<std::string_view, std::size_t> aircraftOf;
+    for (std::size_t i = 0; i < fleet.size(); ++i) aircraftOf.try_emplace(tailKey(fleet[i].tail), i);
+    for (units.open(); !units.eof(); units.next()) {
+        const std::string at = units.field(kind.location.position).asText();
+        const auto found = aircraftOf.find(tailKey(at));
+        if (found == aircraftOf.end()) continue;
+        byAircraft[found->second].push_back(unitStatus(connection, units, kind, fleet[found->second]));
+    }
 }
 
 // The register's aircraft by tail number, each tail once with its first entry's type.
@@ -176,13 +195,23 @@ std::vector<UnitStatus> fleetStatus(db::Connection& connection, const std::optio
         requireRegistered(tails, *tailNumber);
         std::erase_if(fleet, [&](const Aircraft& each) { return each.tail != *tailNumber; });
     }
+    // Every unit's carrier from one read of each carrier table, not a query per unit.
+    const CarrierSnapshot carriers(connection);
+    std::vector<std::vector<UnitStatus>> byAircraft(fleet.size());
+    for (const UnitKind& kind : units::unitKinds()) addUnits(connection, kind, fleet, tailNumber.has_value(), byAircraft);
+    // By aircraft and kind; urgency puts the tightest of them all first.
     std::vector<UnitStatus> states;
-    for (const Aircraft& aircraft : fleet)
-        for (const UnitKind& kind : units::unitKinds()) addUnits(connection, kind, aircraft, states);
-    // States come by aircraft and kind; urgency puts the tightest of them all first.
-    if (order == StatusOrder::urgency)
-        std::stable_sort(states.begin(), states.end(),
-                         [](const UnitStatus& a, const UnitStatus& b) { return a.tightestShare < b.tightestShare; });
+    for (auto& lines : byAircraft) std::move(lines.begin(), lines.end(), std::back_inserter(states));
+    if (order == StatusOrder::urgency) {
+        std::vector<std::size_t> urgent(states.size());
+        std::iota(urgent.begin(), urgent.end(), 0);
+        std::stable_sort(urgent.begin(), urgent.end(),
+                         [&](std::size_t a, std::size_t b) { return states[a].tightestShare < states[b].tightestShare; });
+        std::vector<UnitStatus> sorted;
+        sorted.reserve(states.size());
+        for (std::size_t i : urgent) sorted.push_back(std::move(states[i]));
+        return sorted;
+    }
     return states;
 }
 

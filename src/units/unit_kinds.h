@@ -44,7 +44,6 @@ inline constexpr ComponentColumns componentColumns{
 // operating time from its carrier.
 struct Derivation {
     bool blankReadingIsZero = false;    // blades alone take an empty reading as 0:00
-    bool registerGivesLandings = true;  // the register query selects the landings too
     int fixedOwnColumn = -1;            // hoses always count their own column 12
     bool generalComponent = false;      // counted in hours or landings, on the airframe or an engine
 };
