@@ -68,39 +68,38 @@ CarrierSnapshot::Tables::Table& CarrierSnapshot::Tables::table(std::string_view 
     return tables_.emplace(std::string(name), std::move(read)).first->second;
 }
 
-const std::unordered_map<std::string, std::size_t>& CarrierSnapshot::Tables::index(
-    Table& table, const remaining::CarrierLookup& lookup) {
-    const std::vector<std::string_view> keyColumns(lookup.keys.begin(), lookup.keys.end());
-    if (const auto found = table.indexes.find(keyColumns); found != table.indexes.end()) return found->second;
-    std::vector<int> positions;
-    for (std::string_view key : lookup.keys) {
-        positions.push_back(table.column(key));
-        if (positions.back() < 0) throw DataError(std::string(lookup.table) + " has no column " + std::string(key));
+CarrierSnapshot::Tables::Index& CarrierSnapshot::Tables::index(const remaining::CarrierLookup& lookup) {
+    if (const auto found = indexes_.find(&lookup); found != indexes_.end()) return found->second;
+    const Table& read = table(lookup.table);
+    const auto position = [&](std::string_view name) {
+        const int at = read.column(name);
+        if (at < 0) throw DataError(std::string(lookup.table) + " has no column " + std::string(name));
+        return static_cast<std::size_t>(at);
+    };
+    Index made{&read, {}, {}};
+    for (std::string_view column : lookup.columns) made.columns.push_back(position(column));
+    std::vector<std::size_t> keyPositions;
+    for (std::string_view key : lookup.keys) keyPositions.push_back(position(key));
+    std::vector<db::Value> keys(keyPositions.size());
+    for (std::size_t r = 0; r < read.rows.size(); ++r) {
+        for (std::size_t k = 0; k < keyPositions.size(); ++k) keys[k] = read.rows[r][keyPositions[k]];
+        if (const auto key = keyOf(keys)) made.firstRow.try_emplace(*key, r);  // rows come by ID: the first stays
     }
-    std::unordered_map<std::string, std::size_t> firstRow;
-    std::vector<db::Value> keys(positions.size());
-    for (std::size_t r = 0; r < table.rows.size(); ++r) {
-        for (std::size_t k = 0; k < positions.size(); ++k) keys[k] = table.rows[r][static_cast<std::size_t>(positions[k])];
-        if (const auto key = keyOf(keys)) firstRow.try_emplace(*key, r);  // rows come by ID: the first stays
-    }
-    return table.indexes.emplace(keyColumns, std::move(firstRow)).first->second;
+    return indexes_.emplace(&lookup, std::move(made)).first->second;
 }
 
 std::optional<remaining::CarrierRow> CarrierSnapshot::Tables::find(const remaining::CarrierLookup& lookup,
                                                                    std::span<const db::Value> keys) {
-    std::lock_guard lock(mutex_);
-    Table& read = table(lookup.table);
     const auto key = keyOf(keys);
     if (!key) return std::nullopt;
-    const auto& firstRow = index(read, lookup);
-    const auto found = firstRow.find(*key);
-    if (found == firstRow.end()) return std::nullopt;
+    std::lock_guard lock(mutex_);
+    const Index& ready = index(lookup);
+    const auto found = ready.firstRow.find(*key);
+    if (found == ready.firstRow.end()) return std::nullopt;
+    const std::vector<db::Value>& values = ready.table->rows[found->second];
     remaining::CarrierRow row;
-    for (std::string_view column : lookup.columns) {
-        const int position = read.column(column);
-        if (position < 0) throw DataError(std::string(lookup.table) + " has no column " + std::string(column));
-        row.push_back(read.rows[found->second][static_cast<std::size_t>(position)]);
-    }
+    row.reserve(ready.columns.size());
+    for (std::size_t column : ready.columns) row.push_back(values[column]);
     return row;
 }
 

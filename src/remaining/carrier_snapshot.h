@@ -23,19 +23,24 @@ public:
 
 private:
     struct Table {
-        std::vector<std::string> columns;  // upper-cased names, in select order
+        std::vector<std::string> columns;          // upper-cased names, in select order
         std::vector<std::vector<db::Value>> rows;  // by ID
-        // Per set of key columns: the first row of each key.
-        std::map<std::vector<std::string_view>, std::unordered_map<std::string, std::size_t>> indexes;
         int column(std::string_view name) const;
     };
+    // A lookup made ready: its table, where its key and result columns stand,
+    // and the first row of each key.
+    struct Index {
+        const Table* table;
+        std::vector<std::size_t> columns;
+        std::unordered_map<std::string, std::size_t> firstRow;
+    };
     Table& table(std::string_view name);
-    static const std::unordered_map<std::string, std::size_t>& index(Table& table,
-                                                                      const remaining::CarrierLookup& lookup);
+    Index& index(const remaining::CarrierLookup& lookup);
 
     db::Connection& connection_;
     std::mutex mutex_;
     std::map<std::string, Table, std::less<>> tables_;
+    std::unordered_map<const remaining::CarrierLookup*, Index> indexes_;
 };
 
 namespace remaining {

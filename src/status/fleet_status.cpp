@@ -153,22 +153,42 @@ std::string_view tailKey(std::string_view location) {
 }
 
 // The units of a kind on the aircraft of the status, in one statement for the
-// whole fleet rather than one per aircraft, each added to its aircraft's lines.
+// whole fleet rather than one per aircraft, each added to its aircraft's
+// lines in the order of its ID. The fleet's statement joins the register
+// (an index lookup per aircraft) and leaves the order to the lines: sorting
+// whole rows costs the engine more than the lookups.
+// A unit's line: its ID, and where its status stands among all computed.
+struct Line {
+    int id;
+    std::size_t at;
+};
+
 void addUnits(db::Connection& connection, const UnitKind& kind, const std::vector<Aircraft>& fleet, bool oneAircraft,
-              std::vector<std::vector<UnitStatus>>& byAircraft) {
-    const std::string location(kind.location.name);
+              std::vector<UnitStatus>& states, std::vector<std::vector<Line>>& byAircraft) {
+    const std::string table(kind.table), location(kind.location.name);
     db::DataSet units(connection,
-                      "select * from " + std::string(kind.table) + " where " + location +
-                          (oneAircraft ? " = :tail" : " in (select BORTOVOI_NOMER from REESTR)") + " order by ID",
+                      oneAircraft ? "select * from " + table + " where " + location + " = :tail order by ID"
+                                  : "select u.* from (select distinct BORTOVOI_NOMER from REESTR) r join " + table +
+                                        " u on u." + location + " = r.BORTOVOI_NOMER",
                       db::DataSet::Traversal::forwardOnly);
     if (oneAircraft) units.setParam("tail", fleet.front().tail);
     std::unordered_map<std::string_view, std::size_t> aircraftOf;
     for (std::size_t i = 0; i < fleet.size(); ++i) aircraftOf.try_emplace(tailKey(fleet[i].tail), i);
+    std::vector<std::vector<Line>> found(fleet.size());
     for (units.open(); !units.eof(); units.next()) {
         const std::string at = units.field(kind.location.position).asText();
-        const auto found = aircraftOf.find(tailKey(at));
-        if (found == aircraftOf.end()) continue;
-        byAircraft[found->second].push_back(unitStatus(connection, units, kind, fleet[found->second]));
+        const auto aircraft = aircraftOf.find(tailKey(at));
+        if (aircraft == aircraftOf.end()) continue;
+        found[aircraft->second].push_back({units.field(0).asInt(), states.size()});
+        states.push_back(unitStatus(connection, units, kind, fleet[aircraft->second]));
+    }
+    for (std::size_t i = 0; i < fleet.size(); ++i) {
+        auto& lines = found[i];
+        std::sort(lines.begin(), lines.end(), [](const Line& x, const Line& y) { return x.id < y.id; });
+        // A tail the register holds twice, blanks apart, joins a unit twice: it is shown once.
+        const auto sameUnit = [](const Line& x, const Line& y) { return x.id == y.id; };
+        lines.erase(std::unique(lines.begin(), lines.end(), sameUnit), lines.end());
+        byAircraft[i].insert(byAircraft[i].end(), lines.begin(), lines.end());
     }
 }
 
@@ -197,22 +217,22 @@ std::vector<UnitStatus> fleetStatus(db::Connection& connection, const std::optio
     }
     // Every unit's carrier from one read of each carrier table, not a query per unit.
     const CarrierSnapshot carriers(connection);
-    std::vector<std::vector<UnitStatus>> byAircraft(fleet.size());
-    for (const UnitKind& kind : units::unitKinds()) addUnits(connection, kind, fleet, tailNumber.has_value(), byAircraft);
-    // By aircraft and kind; urgency puts the tightest of them all first.
     std::vector<UnitStatus> states;
-    for (auto& lines : byAircraft) std::move(lines.begin(), lines.end(), std::back_inserter(states));
-    if (order == StatusOrder::urgency) {
-        std::vector<std::size_t> urgent(states.size());
-        std::iota(urgent.begin(), urgent.end(), 0);
-        std::stable_sort(urgent.begin(), urgent.end(),
+    std::vector<std::vector<Line>> byAircraft(fleet.size());
+    for (const UnitKind& kind : units::unitKinds())
+        addUnits(connection, kind, fleet, tailNumber.has_value(), states, byAircraft);
+    // By aircraft and kind; urgency puts the tightest of them all first.
+    std::vector<std::size_t> shown;
+    shown.reserve(states.size());
+    for (const auto& lines : byAircraft)
+        for (const Line& line : lines) shown.push_back(line.at);
+    if (order == StatusOrder::urgency)
+        std::stable_sort(shown.begin(), shown.end(),
                          [&](std::size_t a, std::size_t b) { return states[a].tightestShare < states[b].tightestShare; });
-        std::vector<UnitStatus> sorted;
-        sorted.reserve(states.size());
-        for (std::size_t i : urgent) sorted.push_back(std::move(states[i]));
-        return sorted;
-    }
-    return states;
+    std::vector<UnitStatus> lines;
+    lines.reserve(shown.size());
+    for (std::size_t at : shown) lines.push_back(std::move(states[at]));
+    return lines;
 }
 
 }  // namespace mxbook
