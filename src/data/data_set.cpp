@@ -576,12 +576,20 @@ bool DataSet::hasPendingChanges() const { return impl_ && impl_->state != State:
 
 const FieldInfo& Field::info() const { return dataSet_->fieldInfo(index_); }
 
-bool Field::isNull() const {
+const Value* Field::held() const {
     const DataSet::Impl& impl = dataSet_->impl();
     dataSet_->checkedIndex(index_);
-    const bool browsing = impl.state == DataSet::State::browse && !impl.eof();
+    const auto column = static_cast<std::size_t>(index_);
+    if (impl.state == DataSet::State::edit || impl.state == DataSet::State::insert) return &impl.buffer[column];
+    if (impl.eof() || impl.rows[impl.position].unread(column)) return nullptr;
+    return &impl.rows[impl.position].values[column];
+}
+
+bool Field::isNull() const {
+    if (const Value* value = held()) return value->isNull();
+    const DataSet::Impl& impl = dataSet_->impl();
     // An unread blob is there: no need to read it to say so.
-    if (browsing && impl.rows[impl.position].unread(static_cast<std::size_t>(index_))) return false;
+    if (!impl.eof()) return false;
     return dataSet_->currentValue(index_).isNull();
 }
 

@@ -6,6 +6,7 @@
 #include <streambuf>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "mxbook/data/connection.h"
 #include "mxbook/data/field_info.h"
@@ -38,15 +39,15 @@ public:
 
     bool isNull() const;
     Value value() const;
-    std::string asText() const { return value().asText(); }
-    int asInt() const { return value().asInt(); }
-    std::int64_t asInt64() const { return value().asInt64(); }
-    double asDouble() const { return value().asDouble(); }
-    Decimal asDecimal() const { return value().asDecimal(); }
-    Date asDate() const { return value().asDate(); }
-    Time asTime() const { return value().asTime(); }
-    Timestamp asTimestamp() const { return value().asTimestamp(); }
-    bool asBool() const { return value().asBool(); }
+    std::string asText() const { return read([](const Value& v) { return v.asText(); }); }
+    int asInt() const { return read([](const Value& v) { return v.asInt(); }); }
+    std::int64_t asInt64() const { return read([](const Value& v) { return v.asInt64(); }); }
+    double asDouble() const { return read([](const Value& v) { return v.asDouble(); }); }
+    Decimal asDecimal() const { return read([](const Value& v) { return v.asDecimal(); }); }
+    Date asDate() const { return read([](const Value& v) { return v.asDate(); }); }
+    Time asTime() const { return read([](const Value& v) { return v.asTime(); }); }
+    Timestamp asTimestamp() const { return read([](const Value& v) { return v.asTimestamp(); }); }
+    bool asBool() const { return read([](const Value& v) { return v.asBool(); }); }
     // The field's content as a stream of bytes (a blob's, or the text's); a
     // blob is read as the stream is consumed, not held whole.
     BlobStream blobStream() const;
@@ -54,6 +55,14 @@ public:
 private:
     friend class DataSet;
     Field(const DataSet& dataSet, int index) : dataSet_(&dataSet), index_(index) {}
+    // The value as the row holds it, read in place rather than copied; none
+    // for a blob not read yet.
+    const Value* held() const;
+    template <typename Read>
+    std::invoke_result_t<Read, const Value&> read(Read get) const {
+        if (const Value* value = held()) return get(*value);
+        return get(value());
+    }
     const DataSet* dataSet_;
     int index_;
 };
