@@ -29,6 +29,13 @@ struct Row {
 
 std::string upper(std::string_view text) { return detail::upperAscii(text); }
 
+// A column by name, letter case aside; a name written upper-case, as most
+// are, is looked up as it stands.
+detail::NameIndex::const_iterator findName(const detail::NameIndex& names, std::string_view name) {
+    const bool upperAlready = std::none_of(name.begin(), name.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+    return upperAlready ? names.find(name) : names.find(upper(name));
+}
+
 // The segments of one blob, as a stream reads them.
 class BlobBuffer final : public std::streambuf {
 public:
@@ -466,7 +473,7 @@ int DataSet::checkedIndex(int index) const {
 
 int DataSet::indexOf(std::string_view name) const {
     impl().checkOpen();
-    const auto found = impl().byName->find(upper(name));
+    const auto found = findName(*impl().byName, name);
     if (found == impl().byName->end()) throw ArgumentError("the data set has no field " + std::string(name));
     return found->second;
 }
@@ -475,7 +482,7 @@ const FieldInfo& DataSet::fieldInfo(int index) const { return (*impl().columns)[
 
 bool DataSet::hasField(std::string_view name) const {
     impl().checkOpen();
-    return impl().byName->count(upper(name)) > 0;
+    return findName(*impl().byName, name) != impl().byName->end();
 }
 
 Field DataSet::field(int index) const { return Field(*this, checkedIndex(index)); }

@@ -5,6 +5,7 @@
 #include <list>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -13,8 +14,13 @@
 
 namespace mxbook::db::detail {
 
+// Found by a name's view, without a string made for it.
+struct NameHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view name) const { return std::hash<std::string_view>{}(name); }
+};
 // Column positions by upper-cased name: the first column of each name.
-using NameIndex = std::unordered_map<std::string, int>;
+using NameIndex = std::unordered_map<std::string, int, NameHash, std::equal_to<>>;
 
 class Prepared {
 public:
