@@ -145,13 +145,5 @@ TEST_F(CarrierHoursTest, GeneralComponentsFollowTheirCounterAndCarrier) {
     }
 }
 
-// The register and the engines keep their own hours: no derivation is theirs.
-TEST(IndirectKinds, ATableOfNoKindIsAnArgumentError) {
-    for (const char* table : {"REESTR", "DVIGATEL", ""}) {
-        SCOPED_TRACE(table);
-        EXPECT_THROW(remaining::indirectKind(table), ArgumentError);
-    }
-}
-
 }  // namespace
 }  // namespace mxbook
