@@ -10,6 +10,7 @@
 #include "mxbook/format.h"
 #include "mxbook/host.h"
 #include "mxbook/oil.h"
+#include "mxbook/report.h"
 #include "mxbook/operating_time.h"
 #include "mxbook/remaining_life.h"
 #include "mxbook/schema.h"

@@ -68,6 +68,10 @@ std::string FunBookYear(int months);
 // counted from manufacture and from its last overhaul; empty when it has none.
 std::string FunDataSniatia(db::DataSet& row, int lastOverhaulDateColumn, int overhaulCountColumn,
                            int manufactureDateColumn, int intervalLimitColumn, int totalLimitColumn);
+// The same date itself, for a caller that writes it in another form; none
+// when FunDataSniatia gives empty text.
+std::optional<Date> removalDate(db::DataSet& row, int lastOverhaulDateColumn, int overhaulCountColumn,
+                                int manufactureDateColumn, int intervalLimitColumn, int totalLimitColumn);
 
 // What is left of one limit before it is written as text: negative when the
 // limit is overrun (a derived unit may be overdue in its derived value

@@ -85,21 +85,29 @@ std::string FunNarabLet(db::DataSet& row, int startDateColumn) {
 
 std::string FunDataSniatia(db::DataSet& row, int lastOverhaulDateColumn, int overhaulCountColumn,
                            int manufactureDateColumn, int intervalLimitColumn, int totalLimitColumn) {
+    const std::optional<Date> date = removalDate(row, lastOverhaulDateColumn, overhaulCountColumn,
+                                                 manufactureDateColumn, intervalLimitColumn, totalLimitColumn);
+    return date ? shortDate(*date) : std::string();
+}
+
+std::optional<Date> removalDate(db::DataSet& row, int lastOverhaulDateColumn, int overhaulCountColumn,
+                                int manufactureDateColumn, int intervalLimitColumn, int totalLimitColumn) {
     const db::Field overhauled = row.field(lastOverhaulDateColumn);
     const db::Field interval = row.field(intervalLimitColumn);
     const db::Field total = row.field(totalLimitColumn);
-    if ((interval.isNull() && total.isNull()) || overhauled.isNull()) return {};
+    if ((interval.isNull() && total.isNull()) || overhauled.isNull()) return std::nullopt;
     const std::string intervalLimit = interval.isNull() ? "00.00" : interval.asText();
     const db::Field manufacturedField = row.field(manufactureDateColumn);
     const Date manufactured = manufacturedField.isNull() ? Date() : manufacturedField.asDate();
     const db::Field count = row.field(overhaulCountColumn);
     if ((count.isNull() || count.asInt() == 0) || overhauled.asDate() == manufactured)
-        return shortDate(plusLimitByPosition(manufactured, intervalLimit));
+        return plusLimitByPosition(manufactured, intervalLimit);
     const Date byInterval = plusLimitByPosition(overhauled.asDate(), intervalLimit);
     const Date byTotal = total.isNull() || totalLimitColumn == intervalLimitColumn
                              ? byInterval
                              : plusLimitByPosition(manufactured, total.asText());
-    return shortDate(readBack(byTotal) < readBack(byInterval) ? byTotal : byInterval);
+    // Compared as their "dd.mm.yy" texts read back, as the removal date always was.
+    return readBack(byTotal) < readBack(byInterval) ? byTotal : byInterval;
 }
 
 }  // namespace mxbook

@@ -37,21 +37,27 @@ int runCallHelp(std::ostream& out, const std::string& function) {
     return 0;
 }
 
-int runCall(std::ostream& out, const Options& options, const std::string& function,
-            const std::vector<std::string>& arguments) {
-    const Callable& callable = callableNamed(function);
+std::string invokeChecked(const Callable& callable, CallContext& context, const std::vector<std::string>& arguments,
+                          const std::string& usage) {
     const std::size_t wanted = callable.parameters.size();
     if (arguments.size() != wanted)
-        throw UsageError(function + " takes " + std::to_string(wanted) + (wanted == 1 ? " argument, " : " arguments, ") +
-                             std::to_string(arguments.size()) + " given",
-                         callable.help());
+        throw UsageError(callable.name + " takes " + std::to_string(wanted) +
+                             (wanted == 1 ? " argument, " : " arguments, ") + std::to_string(arguments.size()) +
+                             " given",
+                         usage);
     try {
         callable.check(arguments);
     } catch (const UsageError& wrong) {
-        throw UsageError(wrong.what(), callable.help());
+        throw UsageError(wrong.what(), usage);
     }
+    return callable.invoke(context, arguments);
+}
+
+int runCall(std::ostream& out, const Options& options, const std::string& function,
+            const std::vector<std::string>& arguments) {
+    const Callable& callable = callableNamed(function);
     CallContext context(options);
-    const std::string result = callable.invoke(context, arguments);
+    const std::string result = invokeChecked(callable, context, arguments, callable.help());
     const std::vector<std::string> changes = context.storeChangedRows();
     const std::vector<std::string> keys = context.keys();
     if (options.format == Format::json) {

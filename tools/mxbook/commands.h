@@ -56,6 +56,13 @@ int runMoveComponent(std::ostream& out, const Options& options, const MoveReques
 // The oil of every oil-filled unit of every aircraft (or one): its oil time
 // since the change and what is left of its limit, the nearest change first.
 int runOil(std::ostream& out, const Options& options, const std::optional<std::string>& tail);
+// A report card (by its name or the builder's exported name) filled for the
+// unit the arguments name, and printed: a block of columns a row, or CSV or
+// JSON with every column.
+int runReport(std::ostream& out, const Options& options, const std::string& card,
+              const std::vector<std::string>& arguments);
+// The cards, with the arguments each takes.
+int runReportList(std::ostream& out, Format format);
 // One library function by name, with its arguments as text.
 int runCall(std::ostream& out, const Options& options, const std::string& function,
             const std::vector<std::string>& arguments);

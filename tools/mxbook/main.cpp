@@ -122,6 +122,14 @@ int main(int argc, char** argv) {
     moveComponent->add_option("to", moveRequest.to, "a tail number, or Склад, Ремфонд, Ремонт, Рекламация")->required();
     moveComponent->add_option("date", moveRequest.date, "the date of the move, YYYY-MM-DD")->required();
     moveComponent->add_flag("--dry-run", moveRequest.dryRun, "show what would change, store nothing");
+    auto* report = app.add_subcommand("report", "fill a unit's report card and print it");
+    std::string card;
+    std::vector<std::string> cardArguments;
+    bool cardList = false;
+    report->add_flag("--list", cardList, "each card, with the arguments it takes");
+    report->add_option("card", card, "component, hub, sling, winch, apu-unit, zcu, apu, propeller, gearbox, tail-rotor, "
+                                     "engine, or the builder's name");
+    report->add_option("arguments", cardArguments, "the unit: an ID, or TYPE SERIAL LOCATION (see --list)");
     auto* call = app.add_subcommand("call", "call one library function by name and print what it returns");
     std::string function;
     std::vector<std::string> arguments;
@@ -165,6 +173,11 @@ int main(int argc, char** argv) {
                              sort == "aircraft" ? StatusOrder::aircraft : StatusOrder::urgency);
         if (*oil) return runOil(std::cout, options, tail.empty() ? std::nullopt : std::optional(tail));
         if (*moveComponent) return runMoveComponent(std::cout, options, moveRequest);
+        if (*report) {
+            if (cardList) return runReportList(std::cout, options.format);
+            if (card.empty()) throw UsageError("report wants a card's name (mxbook report --list names them)");
+            return runReport(std::cout, options, card, cardArguments);
+        }
         if (list) return runCallList(std::cout, options.format);
         if (functionHelp && !function.empty()) return runCallHelp(std::cout, function);
         if (functionHelp) {

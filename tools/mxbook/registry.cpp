@@ -16,6 +16,7 @@
 #include "mxbook/movements.h"
 #include "mxbook/oil.h"
 #include "mxbook/remaining_life.h"
+#include "mxbook/report.h"
 #include "mxbook/text.h"
 
 namespace mxbook::cli {
@@ -372,6 +373,18 @@ const std::vector<Callable>& callables() {
         callable(&FunMoveAgregatToVS, "FunMoveAgregatToVS", "ROW TAIL DATE", "nothing: the unit's reading at installation (16), counters (17, 18) and oil time (21) brought to DATE on aircraft TAIL"),
         callable(&FunMoveAgregatFromVS, "FunMoveAgregatFromVS", "ROW AIRCRAFT_TYPE TAIL DATE", "nothing: what TAIL flew since DATE taken off the unit's counters (17, 18) and oil time (21)"),
         callable(&FunAddIDNameAgregat, "FunAddIDNameAgregat", "ROW", "nothing: a new ETAAGREGAT entry for the AGREGAT units like ROW (name, drawing number, reference key, aircraft type), all pointed at it; stored at once, ROW itself unchanged"),
+        // Report cards: each empties its report table, then fills it (mxbook report prints it).
+        callable(&FunMainReportAgregatPodrobno, "FunMainReportAgregatPodrobno", "ID", "nothing: REPORT_AGREGAT_PODROBNO holds the card of the general component ID"),
+        callable(&FunMainReportVtulkaNVPodrobno, "FunMainReportVtulkaNVPodrobno", "ID", "nothing: REPORT_AGREGAT_PODROBNO holds the card of the main-rotor hub ID"),
+        callable(&FunMainReportPodveskaPodrobno, "FunMainReportPodveskaPodrobno", "ID", "nothing: REPORT_PODVESKA_PODROBNO holds the card of the sling ID"),
+        callable(&FunMainReportLebedkaPodrobno, "FunMainReportLebedkaPodrobno", "ID", "nothing: REPORT_LEBEDKA_PODROBNO holds the card of the winch ID"),
+        callable(&FunMainReportAgrVSUPodrobno, "FunMainReportAgrVSUPodrobno", "ID", "nothing: REPORT_AGR_VSU_PODROBNO holds the card of the APU unit ID (decimal)"),
+        callable(&FunMainReportAgrZCUPodrobno, "FunMainReportAgrZCUPodrobno", "ID", "nothing: REPORT_ZCU_PODROBNO holds the card of the ZCU unit ID (decimal)"),
+        callable(&FunMainReportVSUPodrobno, "FunMainReportVSUPodrobno", "AIRCRAFT_TYPE PLACE SERIAL", "nothing: REPORT_VSU_PODROBNO holds a card for each APU of the type at PLACE with the serial number"),
+        callable(&FunMainReportVozdVintPodrobno, "FunMainReportVozdVintPodrobno", "AIRCRAFT_TYPE SERIAL LOCATION", "nothing: REPORT_VTULKA_VV_PODR holds the card of the propeller"),
+        callable(&FunMainReportReductorPodrobno, "FunMainReportReductorPodrobno", "AIRCRAFT_TYPE SERIAL LOCATION", "nothing: REPORT_REDUCTOR_PODROBNO holds a card for each gearbox with the serial number at LOCATION"),
+        callable(&FunMainReportDvigatelPodrobno, "FunMainReportDvigatelPodrobno", "AIRCRAFT_TYPE SERIAL LOCATION", "nothing: REPORT_DVIGATEL_PODROBNO holds the card of the engine"),
+        callable(&FunMainReportHvostVintPodrobno, "FunMainReportHvostVintPodrobno", "AIRCRAFT_TYPE HUB_SERIAL LOCATION", "nothing: REPORT_HVOST_VINT_PODR holds the card of the tail rotor whose hub has the serial number"),
     };
     // clang-format on
     return all;

@@ -67,6 +67,10 @@ struct Callable {
 };
 
 const std::vector<Callable>& callables();
+// Calls it after checking the number and form of the arguments (UsageError
+// with `usage` otherwise); its result as text.
+std::string invokeChecked(const Callable& callable, CallContext& context, const std::vector<std::string>& arguments,
+                          const std::string& usage);
 const Callable* findCallable(std::string_view name);
 
 // A date written YYYY-MM-DD, and nothing else; nullopt when it is not one.
