@@ -55,7 +55,7 @@ int runReport(std::ostream& out, const Options& options, const std::string& name
     if (filled.rows.empty()) {
         std::string asked;
         for (const std::string& argument : arguments) asked += " " + argument;
-        throw Error("no " + std::string(card->about) + ":" + asked + " (the card is empty)");
+        throw Error("nothing found for the card of " + std::string(card->about) + ":" + asked);
     }
     if (options.format == Format::json) {
         printJson(out, filled);
