@@ -46,8 +46,8 @@ void build(db::Connection& connection, const CardKind& kind, db::DataSet& source
     report.open();
     for (const RowCells& cells : rows) {
         report.append();
-        // Column 0 is the table's own key.
-        for (std::size_t column = 1; column < cells.size(); ++column)
+        // Column 0, the table's own key, is generated unless a card fills it.
+        for (std::size_t column = 0; column < cells.size(); ++column)
             if (cells[column]) report.setValue(static_cast<int>(column), *cells[column]);
         report.post();
     }
