@@ -176,6 +176,7 @@ std::vector<Fill> hubFills() {
         }));
     };
     oilBlock(29, oilTime, oilChanged);
+    fills.push_back(carrierText());
     fills.push_back(oilType(34, secondOilTypeNumber));
     oilBlock(35, secondOilTime, secondOilChanged);
     fills.push_back(copy(36, secondOilChanged));
