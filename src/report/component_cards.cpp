@@ -68,8 +68,8 @@ Fill carrierText() {
     });
 }
 
-// The fills both cards share.
-std::vector<Fill> sharedFills() {
+// The fills both cards share; each has its catalogue and its limits until the first overhaul.
+std::vector<Fill> sharedFills(const std::string& catalogueTable, int firstLimitColumn, int firstCalendarColumn) {
     using namespace fill;
     std::vector<Fill> fills = copies({{1, id}, {4, 4}, {5, 5}, {6, manufactured}, {8, 8}, {10, overhaulCount},
                                       {11, installed}, {13, totalLimit}, {17, intervalLimit}, {21, measure},
@@ -81,15 +81,18 @@ std::vector<Fill> sharedFills() {
     fills.push_back(operatingTime(23, sinceNew, [](const Card&) { return true; }));
     fills.push_back(operatingTime(24, sinceOverhaul, when::overhauled()));
     fills.push_back(oilType(28, oilTypeNumber));
+    const std::string catalogue = "select * from " + catalogueTable + " where ID_NAME = :key order by ID_NAME";
+    fills.push_back(lookedUp(2, catalogueKey, catalogue, 14));
+    fills.push_back(lookedUp(3, catalogueKey, catalogue, 2));
+    fills.push_back(carrierText());
+    fills.push_back(copy(37, firstLimitColumn));
+    fills.push_back(limitText(38, firstCalendarColumn));
     return fills;
 }
 
 std::vector<Fill> componentFills() {
     using namespace fill;
-    std::vector<Fill> fills = sharedFills();
-    const std::string catalogue = "select * from ETAAGREGAT where ID_NAME = :key order by ID_NAME";
-    fills.push_back(lookedUp(2, catalogueKey, catalogue, 14));
-    fills.push_back(lookedUp(3, catalogueKey, catalogue, 2));
+    std::vector<Fill> fills = sharedFills("ETAAGREGAT", firstLimit, firstCalendar);
     fills.push_back({12, [](Card& card) -> Cell {
                          if (!card.inStorage()) return card.isSet(onAircraftCheck) ? Cell(card.text(onAircraftCheck))
                                                                                    : std::nullopt;
@@ -132,19 +135,13 @@ std::vector<Fill> componentFills() {
     fills.push_back(copyWhen(29, oilTime, [](const Card& card) {
         return !(card.isSet(oilChanged) && derivedOnAircraft(card));
     }));
-    fills.push_back(carrierText());
     fills.push_back(copy(32, 25));
-    fills.push_back(copy(37, firstLimit));
-    fills.push_back(limitText(38, firstCalendar));
     return fills;
 }
 
 std::vector<Fill> hubFills() {
     using namespace fill;
-    std::vector<Fill> fills = sharedFills();
-    const std::string catalogue = "select * from ETA_VTULKA_NV where ID_NAME = :key order by ID_NAME";
-    fills.push_back(lookedUp(2, catalogueKey, catalogue, 14));
-    fills.push_back(lookedUp(3, catalogueKey, catalogue, 2));
+    std::vector<Fill> fills = sharedFills("ETA_VTULKA_NV", hubFirstLimit, hubFirstCalendar);
     fills.push_back(computedWhen(14, when::all({when::set(sinceNew), when::equals(measure, 0)}),
                                  [](Card& card) -> Cell { return FunOstatChas(card.row, totalLimit, sinceNew); }));
     fills.push_back(computed(18, {sinceOverhaul}, [](Card& card) -> Cell {
@@ -176,12 +173,9 @@ std::vector<Fill> hubFills() {
         }));
     };
     oilBlock(29, oilTime, oilChanged);
-    fills.push_back(carrierText());
     fills.push_back(oilType(34, secondOilTypeNumber));
     oilBlock(35, secondOilTime, secondOilChanged);
     fills.push_back(copy(36, secondOilChanged));
-    fills.push_back(copy(37, hubFirstLimit));
-    fills.push_back(limitText(38, hubFirstCalendar));
     return fills;
 }
 
