@@ -35,10 +35,12 @@ std::vector<Fill> gearboxFills() {
 std::vector<Fill> engineFills() {
     using namespace fill;
     std::vector<Fill> fills;
+    // Any overhaul count but 0 (the choices X/Y test for 0 alike).
+    const Condition overhauledSome = [](const Card& card) { return card.overhauls() != 0; };
     // Columns 2 to 30 mostly show as stored, at the same position.
     for (int column = 2; column <= 30; ++column) {
         if (column == 8 || column == 12)
-            fills.push_back(copyWhen(column, column, when::overhauled()));
+            fills.push_back(copyWhen(column, column, overhauledSome));
         else if (column != 22 && column != 23 && column != 27)
             fills.push_back(copy(column, column));
     }
@@ -46,7 +48,7 @@ std::vector<Fill> engineFills() {
     fills.push_back(position(23, 23));
     fills.push_back(oilTypeWalked(22, 22));
     // Cycles since overhaul; the starts since overhaul instead where there are some.
-    fills.push_back(copyWhen(27, 27, when::overhauled()));
+    fills.push_back(copyWhen(27, 27, overhauledSome));
     fills.push_back(copy(27, 43));
     for (Fill& copied : copies({{36, 42}, {37, 37}, {38, 38}, {50, 57}, {51, 58}, {52, 44}, {53, 45}, {56, 31}, {57, 27}}))
         fills.push_back(std::move(copied));

@@ -17,7 +17,15 @@ std::vector<Fill> propellerFills() {
     fills.push_back(calendarLeft(23, 22, 9));
     fills.push_back(hoursLeft(24, {47, 23}, 30));
     fills.push_back(calendarLeft(25, {48, 24}, 15));
-    fills.push_back(removalByLimits(26, twoDigitYear, 20, {48, 24}, {9, 16, 9, 22, 22}, 15, 16, 9));
+    // The storage life (20) only tells whether the total limit counts; the limit passed is 22's.
+    fills.push_back(removalDate(26, twoDigitYear, [](const Card& card) -> std::optional<RemovalArguments> {
+        const int interval = card.choose({48, 24});
+        const bool total = card.isSet(20), between = card.isSet(interval);
+        if (total && !between) return RemovalArguments{9, 16, 9, 22, 22};
+        if (!total && between) return RemovalArguments{15, 16, 9, interval, interval};
+        if (total && between) return RemovalArguments{15, 16, 9, interval, 22};
+        return std::nullopt;
+    }));
     for (const auto& [column, source] : {std::pair{13, 22}, {15, 48}, {17, 24}}) fills.push_back(limitText(column, source));
     return fills;
 }
