@@ -70,7 +70,7 @@ std::vector<Fill> apuUnitFills() {
     fills.push_back(calendarLeft(31, {54, 26}, 14));
     fills.push_back(calendarRun(35, 9));
     fills.push_back(calendarRun(39, 14));
-    fills.push_back(removalByLimits(40, fullYear, 22, {54, 26}, {14, 15, 14, 22, 22}, 14, 15, 9));
+    fills.push_back(removalByLimits(40, fullYear, {22, 22, {54, 26}}, {14, 15, 14, 22, 22}, 14, 15, 9));
     return fills;
 }
 

@@ -180,16 +180,16 @@ Fill removalDate(int column, std::string_view pattern,
             }};
 }
 
-Fill removalByLimits(int column, std::string_view pattern, int totalLimit, Choice intervalLimit,
-                     RemovalArguments totalOnly, int lastOverhaulDate, int overhaulCount, int manufactured) {
+Fill removalByLimits(int column, std::string_view pattern, LimitsSet limits, RemovalArguments totalOnly,
+                     int lastOverhaulDate, int overhaulCount, int manufactured) {
     return removalDate(column, pattern, [=](const Card& card) -> std::optional<RemovalArguments> {
-        const int interval = card.choose(intervalLimit);
-        const bool hasTotal = card.isSet(totalLimit), hasInterval = card.isSet(interval);
+        const int interval = card.choose(limits.intervalLimit);
+        const bool hasTotal = card.isSet(limits.totalTested), hasInterval = card.isSet(interval);
         if (hasTotal && !hasInterval) return totalOnly;
         if (!hasTotal && hasInterval)
             return RemovalArguments{lastOverhaulDate, overhaulCount, manufactured, interval, interval};
         if (hasTotal && hasInterval)
-            return RemovalArguments{lastOverhaulDate, overhaulCount, manufactured, interval, totalLimit};
+            return RemovalArguments{lastOverhaulDate, overhaulCount, manufactured, interval, limits.totalLimit};
         return std::nullopt;
     });
 }

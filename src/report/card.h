@@ -120,10 +120,16 @@ struct RemovalArguments {
 Fill removalDate(int column, std::string_view pattern,
                  std::function<std::optional<RemovalArguments>(const Card&)> select);
 // The removal date by which of the total calendar limit and the chosen limit
-// between overhauls are set: the total alone gives `totalOnly`; the other
-// alone counts it from the last overhaul for both; both count each.
-Fill removalByLimits(int column, std::string_view pattern, int totalLimit, Choice intervalLimit,
-                     RemovalArguments totalOnly, int lastOverhaulDate, int overhaulCount, int manufactured);
+// between overhauls are set (`totalTested` tells whether the total counts,
+// `totalLimit` is the one passed): the total alone gives `totalOnly`; the
+// other alone counts it from the last overhaul for both; both count each.
+struct LimitsSet {
+    int totalTested;
+    int totalLimit;
+    Choice intervalLimit;
+};
+Fill removalByLimits(int column, std::string_view pattern, LimitsSet limits, RemovalArguments totalOnly,
+                     int lastOverhaulDate, int overhaulCount, int manufactured);
 // Fills that apply only when the condition holds.
 std::vector<Fill> onlyWhen(const Condition& condition, std::vector<Fill> fills);
 // The oil type's name: the `TIP_MASLA` row whose NOMER is the unit's number + 1.

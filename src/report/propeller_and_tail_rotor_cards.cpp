@@ -17,15 +17,8 @@ std::vector<Fill> propellerFills() {
     fills.push_back(calendarLeft(23, 22, 9));
     fills.push_back(hoursLeft(24, {47, 23}, 30));
     fills.push_back(calendarLeft(25, {48, 24}, 15));
-    // The storage life (20) only tells whether the total limit counts; the limit passed is 22's.
-    fills.push_back(removalDate(26, twoDigitYear, [](const Card& card) -> std::optional<RemovalArguments> {
-        const int interval = card.choose({48, 24});
-        const bool total = card.isSet(20), between = card.isSet(interval);
-        if (total && !between) return RemovalArguments{9, 16, 9, 22, 22};
-        if (!total && between) return RemovalArguments{15, 16, 9, interval, interval};
-        if (total && between) return RemovalArguments{15, 16, 9, interval, 22};
-        return std::nullopt;
-    }));
+    // The storage life (20) only tells whether the total limit counts; the limit passed is 22.
+    fills.push_back(removalByLimits(26, twoDigitYear, {20, 22, {48, 24}}, {9, 16, 9, 22, 22}, 15, 16, 9));
     for (const auto& [column, source] : {std::pair{13, 22}, {15, 48}, {17, 24}}) fills.push_back(limitText(column, source));
     return fills;
 }
@@ -43,7 +36,7 @@ std::vector<Fill> tailRotorFills() {
     fills.push_back(calendarLeft(24, 20, 4));
     fills.push_back(hoursLeft(25, {25, 21}, sinceOverhaul));
     fills.push_back(calendarLeft(26, {26, 22}, 12));
-    fills.push_back(removalByLimits(29, shortForm, 20, {26, 22}, {4, 13, 4, 20, 20}, 12, 13, 4));
+    fills.push_back(removalByLimits(29, shortForm, {20, 20, {26, 22}}, {4, 13, 4, 20, 20}, 12, 13, 4));
     for (const auto& [column, source] : {std::pair{13, 20}, {15, 26}, {19, 22}}) fills.push_back(limitText(column, source));
     return fills;
 }
