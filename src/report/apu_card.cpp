@@ -14,7 +14,8 @@ std::vector<Fill> apuFills() {
                                       {10, 9}, {13, 18}, {23, 19}, {55, 51}, {33, 10}, {40, 31}, {41, 32}, {42, 33}});
     fills.push_back(countLeft(14, 18, 10));
     fills.push_back(countLeft(24, {51, 19}, 11));
-    for (const auto& [column, source] : {std::pair{45, 39}, {21, 25}, {58, 54}}) fills.push_back(limitText(column, source));
+    for (const auto& [column, source] : {std::pair{45, 39}, {21, 25}, {58, 54}})
+        fills.push_back(limitText(column, source));
     fills.push_back(calendarLeft(46, 39, 4));
     fills.push_back(calendarLeft(22, {54, 25}, 6));
     fills.push_back(calendarRun(47, 4));
@@ -56,7 +57,13 @@ std::vector<Fill> apuFills() {
 }  // namespace
 
 const CardKind& apuCard() {
-    static const CardKind card{"REPORT_VSU_PODROBNO", std::nullopt, overhaulCount, Rows::every, apuFills()};
+    static const CardKind card{.source =
+                                   "select * from VSU where TIP_VS = :type and MESTO_USTANOVKI = :place "
+                                   "and ZAVODSKOY_NOMER = :serial order by ZAVODSKOY_NOMER",
+                               .table = "REPORT_VSU_PODROBNO",
+                               .overhaulCountColumn = overhaulCount,
+                               .rows = Rows::every,
+                               .fills = apuFills()};
     return card;
 }
 

@@ -43,7 +43,8 @@ std::vector<Fill> apuUnitFills() {
                      }});
     fills.push_back(oilType(41, 37));
     fills.push_back(date(43, 39, twoDigitYear));
-    for (const auto& [column, source] : {std::pair{19, 22}, {23, 26}, {49, 54}}) fills.push_back(limitText(column, source));
+    for (const auto& [column, source] : {std::pair{19, 22}, {23, 26}, {49, 54}})
+        fills.push_back(limitText(column, source));
 
     // What is left, with the used counts derived from the carrying APU where there is one.
     const Choice choices[] = {19, 20, 21, {51, 23}, {52, 24}, {53, 25}};
@@ -90,7 +91,8 @@ std::vector<Fill> zcuFills() {
                          if (card.isSet(12)) text += " (" + card.text(12) + ")";
                          return text;
                      }});
-    for (const auto& [column, source] : {std::pair{14, 5}, {16, 21}, {28, 28}}) fills.push_back(limitText(column, source));
+    for (const auto& [column, source] : {std::pair{14, 5}, {16, 21}, {28, 28}})
+        fills.push_back(limitText(column, source));
     const Condition derives = when::all({when::notInStorage(), when::equals(derivedSwitch, 1)});
     for (const auto& [column, source] : {std::pair{17, sinceNew}, {19, sinceOverhaul}})
         fills.push_back(derived(column, source, derives, [source](Card& card) -> Cell {
@@ -118,12 +120,19 @@ std::vector<Fill> zcuFills() {
 }  // namespace
 
 const CardKind& apuUnitCard() {
-    static const CardKind card{"REPORT_AGR_VSU_PODROBNO", std::nullopt, 15, Rows::first, apuUnitFills()};
+    static const CardKind card{.source = "select * from AGR_VSU where ID = :id order by ID",
+                               .table = "REPORT_AGR_VSU_PODROBNO",
+                               .overhaulCountColumn = 15,
+                               .fills = apuUnitFills()};
     return card;
 }
 
 const CardKind& zcuCard() {
-    static const CardKind card{"REPORT_ZCU_PODROBNO", 2, 19, Rows::first, zcuFills()};
+    static const CardKind card{.source = "select * from ZCU where ID = :id order by ID",
+                               .table = "REPORT_ZCU_PODROBNO",
+                               .locationColumn = 2,
+                               .overhaulCountColumn = 19,
+                               .fills = zcuFills()};
     return card;
 }
 

@@ -71,11 +71,12 @@ struct Fill {
 enum class Rows { first, every };
 
 struct CardKind {
-    std::string_view table;                 // the report table
-    std::optional<int> locationColumn;      // tail number or off-aircraft word
-    std::optional<int> overhaulCountColumn; // for the X/Y choices
+    std::string_view source;                      // the unit rows: "select * from ...", ":name" parameters
+    std::string_view table;                       // the report table
+    std::optional<int> locationColumn = {};       // tail number or off-aircraft word
+    std::optional<int> overhaulCountColumn = {};  // for the X/Y choices
     Rows rows = Rows::first;
-    std::vector<Fill> fills;
+    std::vector<Fill> fills = {};
 };
 
 // Date patterns of the cards; `shortForm` is the host's short date format.
@@ -156,9 +157,11 @@ Condition contains(int column, std::string text);
 Condition all(std::vector<Condition> conditions);
 }  // namespace when
 
-// Runs the card for the rows of `source`: empties the report table, computes
-// every row, then stores them together. A failure leaves the table empty.
-void build(db::Connection& connection, const CardKind& kind, db::DataSet& source,
+// Runs the card for the rows its source finds with the parameters: empties
+// the report table, computes every row, then stores them together. A
+// failure leaves the table empty. `arguments` are the builder's own texts.
+using Parameters = std::vector<std::pair<std::string_view, db::Value>>;
+void build(db::Connection& connection, const CardKind& kind, const Parameters& parameters,
            const std::vector<std::string>& arguments = {});
 
 // The cards, each built once on first use.

@@ -22,7 +22,13 @@ enum : int {
 // The component's own.
 enum : int { firstLimit = 43, firstCalendar = 44, calendarFromInstallation = 45 };
 // The hub's own.
-enum : int { secondOilTypeNumber = 42, secondOilTime = 43, secondOilChanged = 44, hubFirstLimit = 48, hubFirstCalendar = 49 };
+enum : int {
+    secondOilTypeNumber = 42,
+    secondOilTime = 43,
+    secondOilChanged = 44,
+    hubFirstLimit = 48,
+    hubFirstCalendar = 49
+};
 
 bool derivedOnAircraft(const Card& card) { return !card.inStorage() && card.equals(derived, 1); }
 
@@ -39,10 +45,11 @@ int intervalStart(const Card& card) {
 
 // The operating time, derived from the carrier where the unit takes it from there.
 Fill operatingTime(int column, int source, Condition condition) {
-    return fill::computedWhen(column, when::all({when::set(source), std::move(condition)}), [source](Card& card) -> Cell {
-        if (derivedOnAircraft(card)) return FunNepNarAgr(card.connection, card.row, source);
-        return card.text(source);
-    });
+    return fill::computedWhen(column, when::all({when::set(source), std::move(condition)}),
+                              [source](Card& card) -> Cell {
+                                  if (derivedOnAircraft(card)) return FunNepNarAgr(card.connection, card.row, source);
+                                  return card.text(source);
+                              });
 }
 
 // The engine or APU that carries the unit, or its aircraft, or its place off the aircraft.
@@ -55,12 +62,13 @@ Fill carrierText() {
             if (!card.isSet(locationDetail)) return std::nullopt;
             return card.text(location) + " " + card.text(locationDetail);
         }
-        const char* sql = card.equals(carrierKind, 1)
-                              ? "select NAZVANIE_DVIGATELYA, ZAVODSKOI_NOMER from DVIGATEL where ZAVODSKOI_NOMER = :key "
-                                "order by ID"
-                          : card.equals(carrierKind, 2)
-                              ? "select NAZVANIE, ZAVODSKOY_NOMER from VSU where ZAVODSKOY_NOMER = :key order by ID"
-                              : nullptr;
+        const char* sql =
+            card.equals(carrierKind, 1)
+                ? "select NAZVANIE_DVIGATELYA, ZAVODSKOI_NOMER from DVIGATEL where ZAVODSKOI_NOMER = :key "
+                  "order by ID"
+            : card.equals(carrierKind, 2)
+                ? "select NAZVANIE, ZAVODSKOY_NOMER from VSU where ZAVODSKOY_NOMER = :key order by ID"
+                : nullptr;
         if (!sql) return std::nullopt;
         const std::optional<std::vector<Cell>>& carrier = card.lookUp(sql, carrierSerial);
         if (!carrier) return std::nullopt;
@@ -105,7 +113,8 @@ std::vector<Fill> componentFills() {
         if (card.equals(measure, 1)) return FunOstatInteger(card.row, limit, used);
         return std::nullopt;
     };
-    fills.push_back(computed(14, {totalLimit, sinceNew}, [left](Card& card) { return left(card, totalLimit, sinceNew); }));
+    fills.push_back(
+        computed(14, {totalLimit, sinceNew}, [left](Card& card) { return left(card, totalLimit, sinceNew); }));
     fills.push_back(computed(18, {sinceOverhaul}, [left](Card& card) {
         return left(card, card.choose({firstLimit, intervalLimit}), sinceOverhaul);
     }));
@@ -182,12 +191,20 @@ std::vector<Fill> hubFills() {
 }  // namespace
 
 const CardKind& componentCard() {
-    static const CardKind card{"REPORT_AGREGAT_PODROBNO", location, overhaulCount, Rows::first, componentFills()};
+    static const CardKind card{.source = "select * from AGREGAT where ID = :id",
+                               .table = "REPORT_AGREGAT_PODROBNO",
+                               .locationColumn = location,
+                               .overhaulCountColumn = overhaulCount,
+                               .fills = componentFills()};
     return card;
 }
 
 const CardKind& hubCard() {
-    static const CardKind card{"REPORT_AGREGAT_PODROBNO", location, overhaulCount, Rows::first, hubFills()};
+    static const CardKind card{.source = "select * from VTULKA_NV where ID = :id",
+                               .table = "REPORT_AGREGAT_PODROBNO",
+                               .locationColumn = location,
+                               .overhaulCountColumn = overhaulCount,
+                               .fills = hubFills()};
     return card;
 }
 

@@ -16,7 +16,8 @@ std::vector<Fill> gearboxFills() {
                 {18, 23}, {19, 11}, {20, 12}, {21, 24}, {22, 25}, {23, 26}, {25, 27}, {31, 38}, {34, 14}});
     for (const auto& [column, source] : {std::pair{4, 5}, {8, overhauled}, {10, 10}, {26, 28}, {27, 29}})
         fills.push_back(date(column, source, fullYear));
-    for (const auto& [column, source] : {std::pair{15, 17}, {32, 37}, {35, 15}}) fills.push_back(limitText(column, source));
+    for (const auto& [column, source] : {std::pair{15, 17}, {32, 37}, {35, 15}})
+        fills.push_back(limitText(column, source));
     fills.push_back(hoursLeft(12, 18, 11));
     fills.push_back(hoursLeft(14, {14, 16}, 12));
     fills.push_back(calendarLeft(33, 37, 5));
@@ -50,7 +51,8 @@ std::vector<Fill> engineFills() {
     // Cycles since overhaul; the starts since overhaul instead where there are some.
     fills.push_back(copyWhen(27, 27, overhauledSome));
     fills.push_back(copy(27, 43));
-    for (Fill& copied : copies({{36, 42}, {37, 37}, {38, 38}, {50, 57}, {51, 58}, {52, 44}, {53, 45}, {56, 31}, {57, 27}}))
+    for (Fill& copied :
+         copies({{36, 42}, {37, 37}, {38, 38}, {50, 57}, {51, 58}, {52, 44}, {53, 45}, {56, 31}, {57, 27}}))
         fills.push_back(std::move(copied));
     fills.push_back(hoursLeft(31, 18, 11));
     fills.push_back(countLeft(40, 38, 31));
@@ -75,12 +77,23 @@ std::vector<Fill> engineFills() {
 }  // namespace
 
 const CardKind& gearboxCard() {
-    static const CardKind card{"REPORT_REDUCTOR_PODROBNO", std::nullopt, overhaulCount, Rows::every, gearboxFills()};
+    static const CardKind card{.source =
+                                   "select * from REDUCTOR where GDE_STOIT = :location and ZAVODSKOI_NOMER = :serial "
+                                   "order by TIP_VS, ZAVODSKOI_NOMER",
+                               .table = "REPORT_REDUCTOR_PODROBNO",
+                               .overhaulCountColumn = overhaulCount,
+                               .rows = Rows::every,
+                               .fills = gearboxFills()};
     return card;
 }
 
 const CardKind& engineCard() {
-    static const CardKind card{"REPORT_DVIGATEL_PODROBNO", std::nullopt, overhaulCount, Rows::first, engineFills()};
+    static const CardKind card{.source =
+                                   "select * from DVIGATEL where TIP_VS = :type and GDE_STOIT = :location "
+                                   "and ZAVODSKOI_NOMER = :serial order by TIP_VS, ZAVODSKOI_NOMER",
+                               .table = "REPORT_DVIGATEL_PODROBNO",
+                               .overhaulCountColumn = overhaulCount,
+                               .fills = engineFills()};
     return card;
 }
 

@@ -19,7 +19,8 @@ std::vector<Fill> propellerFills() {
     fills.push_back(calendarLeft(25, {48, 24}, 15));
     // The storage life (20) only tells whether the total limit counts; the limit passed is 22.
     fills.push_back(removalByLimits(26, twoDigitYear, {20, 22, {48, 24}}, {9, 16, 9, 22, 22}, 15, 16, 9));
-    for (const auto& [column, source] : {std::pair{13, 22}, {15, 48}, {17, 24}}) fills.push_back(limitText(column, source));
+    for (const auto& [column, source] : {std::pair{13, 22}, {15, 48}, {17, 24}})
+        fills.push_back(limitText(column, source));
     return fills;
 }
 
@@ -37,19 +38,31 @@ std::vector<Fill> tailRotorFills() {
     fills.push_back(hoursLeft(25, {25, 21}, sinceOverhaul));
     fills.push_back(calendarLeft(26, {26, 22}, 12));
     fills.push_back(removalByLimits(29, shortForm, {20, 20, {26, 22}}, {4, 13, 4, 20, 20}, 12, 13, 4));
-    for (const auto& [column, source] : {std::pair{13, 20}, {15, 26}, {19, 22}}) fills.push_back(limitText(column, source));
+    for (const auto& [column, source] : {std::pair{13, 20}, {15, 26}, {19, 22}})
+        fills.push_back(limitText(column, source));
     return fills;
 }
 
 }  // namespace
 
 const CardKind& propellerCard() {
-    static const CardKind card{"REPORT_VTULKA_VV_PODR", std::nullopt, 16, Rows::first, propellerFills()};
+    static const CardKind card{.source =
+                                   "select * from VOZDUSHNY_VINT where TIP_VS = :type and GDE_STOIT = :location "
+                                   "and ZAVODSKOY_NOMER = :serial order by TIP_VS, ZAVODSKOY_NOMER",
+                               .table = "REPORT_VTULKA_VV_PODR",
+                               .overhaulCountColumn = 16,
+                               .fills = propellerFills()};
     return card;
 }
 
 const CardKind& tailRotorCard() {
-    static const CardKind card{"REPORT_HVOST_VINT_PODR", 14, 13, Rows::first, tailRotorFills()};
+    static const CardKind card{.source =
+                                   "select * from HVOSTOVOY_VINT where TIP_VS = :type and GDE_STOIT = :location "
+                                   "and ZAVODSKOY_NOMER_VTULKA = :serial order by ID",
+                               .table = "REPORT_HVOST_VINT_PODR",
+                               .locationColumn = 14,
+                               .overhaulCountColumn = 13,
+                               .fills = tailRotorFills()};
     return card;
 }
 

@@ -25,7 +25,7 @@ std::size_t widthOf(const CardKind& kind) {
 
 }  // namespace
 
-void build(db::Connection& connection, const CardKind& kind, db::DataSet& source,
+void build(db::Connection& connection, const CardKind& kind, const Parameters& parameters,
            const std::vector<std::string>& arguments) {
     // Emptied and stored before anything is computed: an old card of another
     // unit must never stay behind to print as the one asked for.
@@ -33,6 +33,8 @@ void build(db::Connection& connection, const CardKind& kind, db::DataSet& source
 
     const std::size_t width = widthOf(kind);
     std::vector<RowCells> rows;
+    db::DataSet source(connection, std::string(kind.source), db::DataSet::Traversal::forwardOnly);
+    for (const auto& [name, value] : parameters) source.setParam(name, value);
     source.open();
     for (; !source.eof(); source.next()) {
         Card card(connection, source, kind, arguments);

@@ -12,14 +12,7 @@ namespace mxbook {
 
 namespace {
 
-using Parameters = std::vector<std::pair<std::string_view, db::Value>>;
-
-void run(db::Connection& connection, const report::CardKind& kind, std::string sql, const Parameters& parameters,
-         const std::vector<std::string>& arguments = {}) {
-    db::DataSet source(connection, std::move(sql), db::DataSet::Traversal::forwardOnly);
-    for (const auto& [name, value] : parameters) source.setParam(name, value);
-    report::build(connection, kind, source, arguments);
-}
+using report::build;
 
 // An ID given as text goes into the query as a number, so only digits are
 // taken (a sign allowed).
@@ -36,67 +29,53 @@ std::int64_t decimalId(const std::string& id) {
 }  // namespace
 
 void FunMainReportAgregatPodrobno(db::Connection& connection, int id) {
-    run(connection, report::componentCard(), "select * from AGREGAT where ID = :id", {{"id", id}});
+    build(connection, report::componentCard(), {{"id", id}});
 }
 
 void FunMainReportVtulkaNVPodrobno(db::Connection& connection, int id) {
-    run(connection, report::hubCard(), "select * from VTULKA_NV where ID = :id", {{"id", id}});
+    build(connection, report::hubCard(), {{"id", id}});
 }
 
 void FunMainReportPodveskaPodrobno(db::Connection& connection, int id) {
-    run(connection, report::slingCard(), "select * from PODVESKA where ID = :id", {{"id", id}});
+    build(connection, report::slingCard(), {{"id", id}});
 }
 
 void FunMainReportLebedkaPodrobno(db::Connection& connection, int id) {
-    run(connection, report::winchCard(), "select * from LEBEDKA where ID = :id", {{"id", id}});
+    build(connection, report::winchCard(), {{"id", id}});
 }
 
 void FunMainReportAgrVSUPodrobno(db::Connection& connection, const std::string& id) {
-    run(connection, report::apuUnitCard(), "select * from AGR_VSU where ID = :id order by ID", {{"id", decimalId(id)}});
+    build(connection, report::apuUnitCard(), {{"id", decimalId(id)}});
 }
 
 void FunMainReportAgrZCUPodrobno(db::Connection& connection, const std::string& id) {
-    run(connection, report::zcuCard(), "select * from ZCU where ID = :id order by ID", {{"id", decimalId(id)}});
+    build(connection, report::zcuCard(), {{"id", decimalId(id)}});
 }
 
 void FunMainReportVSUPodrobno(db::Connection& connection, const std::string& aircraftType, const std::string& place,
                               const std::string& serial) {
-    run(connection, report::apuCard(),
-        "select * from VSU where TIP_VS = :type and MESTO_USTANOVKI = :place and ZAVODSKOY_NOMER = :serial "
-        "order by ZAVODSKOY_NOMER",
-        {{"type", aircraftType}, {"place", place}, {"serial", serial}}, {aircraftType, place});
+    build(connection, report::apuCard(), {{"type", aircraftType}, {"place", place}, {"serial", serial}},
+          {aircraftType, place});
 }
 
 void FunMainReportVozdVintPodrobno(db::Connection& connection, const std::string& aircraftType,
                                    const std::string& serial, const std::string& location) {
-    run(connection, report::propellerCard(),
-        "select * from VOZDUSHNY_VINT where TIP_VS = :type and GDE_STOIT = :location and ZAVODSKOY_NOMER = :serial "
-        "order by TIP_VS, ZAVODSKOY_NOMER",
-        {{"type", aircraftType}, {"location", location}, {"serial", serial}});
+    build(connection, report::propellerCard(), {{"type", aircraftType}, {"location", location}, {"serial", serial}});
 }
 
 void FunMainReportReductorPodrobno(db::Connection& connection, const std::string& aircraftType,
                                    const std::string& serial, const std::string& location) {
-    run(connection, report::gearboxCard(),
-        "select * from REDUCTOR where GDE_STOIT = :location and ZAVODSKOI_NOMER = :serial "
-        "order by TIP_VS, ZAVODSKOI_NOMER",
-        {{"location", location}, {"serial", serial}}, {aircraftType, location});
+    build(connection, report::gearboxCard(), {{"location", location}, {"serial", serial}}, {aircraftType, location});
 }
 
 void FunMainReportDvigatelPodrobno(db::Connection& connection, const std::string& aircraftType,
                                    const std::string& serial, const std::string& location) {
-    run(connection, report::engineCard(),
-        "select * from DVIGATEL where TIP_VS = :type and GDE_STOIT = :location and ZAVODSKOI_NOMER = :serial "
-        "order by TIP_VS, ZAVODSKOI_NOMER",
-        {{"type", aircraftType}, {"location", location}, {"serial", serial}});
+    build(connection, report::engineCard(), {{"type", aircraftType}, {"location", location}, {"serial", serial}});
 }
 
 void FunMainReportHvostVintPodrobno(db::Connection& connection, const std::string& aircraftType,
                                     const std::string& hubSerial, const std::string& location) {
-    run(connection, report::tailRotorCard(),
-        "select * from HVOSTOVOY_VINT where TIP_VS = :type and GDE_STOIT = :location "
-        "and ZAVODSKOY_NOMER_VTULKA = :serial order by ID",
-        {{"type", aircraftType}, {"location", location}, {"serial", hubSerial}});
+    build(connection, report::tailRotorCard(), {{"type", aircraftType}, {"location", location}, {"serial", hubSerial}});
 }
 
 const std::vector<ReportCard>& reportCards() {

@@ -73,12 +73,19 @@ std::vector<Fill> winchFills() {
 }  // namespace
 
 const CardKind& slingCard() {
-    static const CardKind card{"REPORT_PODVESKA_PODROBNO", location, std::nullopt, Rows::first, slingFills()};
+    static const CardKind card{.source = "select * from PODVESKA where ID = :id",
+                               .table = "REPORT_PODVESKA_PODROBNO",
+                               .locationColumn = location,
+                               .fills = slingFills()};
     return card;
 }
 
 const CardKind& winchCard() {
-    static const CardKind card{"REPORT_LEBEDKA_PODROBNO", location, 13, Rows::first, winchFills()};
+    static const CardKind card{.source = "select * from LEBEDKA where ID = :id",
+                               .table = "REPORT_LEBEDKA_PODROBNO",
+                               .locationColumn = location,
+                               .overhaulCountColumn = 13,
+                               .fills = winchFills()};
     return card;
 }
 
