@@ -61,7 +61,7 @@ TEST_F(ReportTest, RefusesWhatNamesNoCardOrNoUnit) {
     } cases[] = {
         {{"report", "component", "99"}, 2, "nothing found for the card of a general component: 99"},
         {{"report", "zcu", "1;drop"}, 2, "1;drop"},
-        {{"report", "gearbox", "Ми-8"}, 1, "takes 3 arguments, 1 given"},
+        {{"report", "gearbox", "Ми-8"}, 1, "the gearbox card takes TYPE SERIAL LOCATION, 1 given"},
         {{"report", "blade", "1"}, 1, "no report card blade"},
     };
     for (const auto& c : cases) {

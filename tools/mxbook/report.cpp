@@ -49,6 +49,10 @@ int runReport(std::ostream& out, const Options& options, const std::string& name
     const ReportCard* card = findReportCard(name);
     if (!card) throw UsageError("no report card " + name + " (mxbook report --list names them)");
     const Callable* builder = findCallable(card->function);
+    if (arguments.size() != builder->parameters.size())
+        throw UsageError("the " + std::string(card->command) + " card takes " + std::string(card->arguments) + ", " +
+                             std::to_string(arguments.size()) + " given",
+                         usageOf(*card));
     CallContext context(options);
     invokeChecked(*builder, context, arguments, usageOf(*card));
     const FilledReport filled = readReport(context.connection(), card->table);
