@@ -92,10 +92,18 @@ void RawDatabase::rollbackWrite() {
     writing_ = nullptr;
 }
 
+void RawDatabase::commitWrite() {
+    Status status(master_);
+    writing_->commit(&status);
+    writing_ = nullptr;
+}
+
 void RawDatabase::Statement::execute(const std::vector<std::string>& params) {
     Status status(database_.master_);
     bind(params);
-    statement_->execute(&status, database_.writing_, input_, inputBuffer_.data(), nullptr, nullptr);
+    const bool returns = !outputBuffer_.empty();
+    statement_->execute(&status, database_.writing_, input_, inputBuffer_.data(), returns ? output_ : nullptr,
+                        returns ? outputBuffer_.data() : nullptr);
 }
 
 void RawDatabase::Statement::bind(const std::vector<std::string>& params) {

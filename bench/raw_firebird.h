@@ -28,7 +28,8 @@ public:
         // Runs the query with its '?' parameters as texts and fetches every
         // row; returns how many there were.
         int run(const std::vector<std::string>& params = {});
-        // Runs a statement without rows in the open write transaction.
+        // Runs a statement without a cursor in the open write transaction;
+        // what it returns (an insert's returning clause) is read into the row.
         void execute(const std::vector<std::string>& params);
 
     private:
@@ -45,6 +46,7 @@ public:
     // of operations that write.
     void beginWrite();
     void rollbackWrite();
+    void commitWrite();
 
 private:
     friend class Statement;
