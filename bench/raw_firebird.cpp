@@ -117,12 +117,12 @@ void RawDatabase::Statement::bind(const std::vector<std::string>& params) {
     }
 }
 
-int RawDatabase::Statement::run(const std::vector<std::string>& params) {
+int RawDatabase::Statement::run(const std::vector<std::string>& params, int limit) {
     Status status(database_.master_);
     bind(params);
     IResultSet* rows = statement_->openCursor(&status, database_.transaction_, input_, inputBuffer_.data(), output_, 0);
     int count = 0;
-    while (rows->fetchNext(&status, outputBuffer_.data()) == IStatus::RESULT_OK) ++count;
+    while (count != limit && rows->fetchNext(&status, outputBuffer_.data()) == IStatus::RESULT_OK) ++count;
     rows->close(&status);
     return count;
 }

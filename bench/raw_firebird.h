@@ -26,8 +26,8 @@ public:
         Statement& operator=(const Statement&) = delete;
 
         // Runs the query with its '?' parameters as texts and fetches every
-        // row; returns how many there were.
-        int run(const std::vector<std::string>& params = {});
+        // row, or the first `limit` when not negative; returns how many it fetched.
+        int run(const std::vector<std::string>& params = {}, int limit = -1);
         // Runs a statement without a cursor in the open write transaction;
         // what it returns (an insert's returning clause) is read into the row.
         void execute(const std::vector<std::string>& params);
