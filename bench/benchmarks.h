@@ -25,6 +25,7 @@ void registerServerStatus(Fleet& fleet, RatioReporter& reporter);
 void registerBlobs();
 void registerMoves(Fleet& fleet);
 void registerOil(Fleet& fleet);
+void registerReports(Fleet& fleet);
 
 // Where generated databases are kept between runs.
 std::filesystem::path benchCacheFolder();

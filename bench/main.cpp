@@ -35,6 +35,7 @@ int main(int argc, char** argv) {
     bench::registerBlobs();
     bench::registerMoves(tenYears);
     bench::registerOil(tenYears);
+    bench::registerReports(tenYears);
     benchmark::RunSpecifiedBenchmarks(&reporter);
     reporter.printRatios();
     benchmark::Shutdown();

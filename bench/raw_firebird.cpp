@@ -92,10 +92,18 @@ void RawDatabase::rollbackWrite() {
     writing_ = nullptr;
 }
 
+void RawDatabase::commitWrite() {
+    Status status(master_);
+    writing_->commit(&status);
+    writing_ = nullptr;
+}
+
 void RawDatabase::Statement::execute(const std::vector<std::string>& params) {
     Status status(database_.master_);
     bind(params);
-    statement_->execute(&status, database_.writing_, input_, inputBuffer_.data(), nullptr, nullptr);
+    const bool returns = !outputBuffer_.empty();
+    statement_->execute(&status, database_.writing_, input_, inputBuffer_.data(), returns ? output_ : nullptr,
+                        returns ? outputBuffer_.data() : nullptr);
 }
 
 void RawDatabase::Statement::bind(const std::vector<std::string>& params) {
@@ -109,12 +117,12 @@ void RawDatabase::Statement::bind(const std::vector<std::string>& params) {
     }
 }
 
-int RawDatabase::Statement::run(const std::vector<std::string>& params) {
+int RawDatabase::Statement::run(const std::vector<std::string>& params, int limit) {
     Status status(database_.master_);
     bind(params);
     IResultSet* rows = statement_->openCursor(&status, database_.transaction_, input_, inputBuffer_.data(), output_, 0);
     int count = 0;
-    while (rows->fetchNext(&status, outputBuffer_.data()) == IStatus::RESULT_OK) ++count;
+    while (count != limit && rows->fetchNext(&status, outputBuffer_.data()) == IStatus::RESULT_OK) ++count;
     rows->close(&status);
     return count;
 }

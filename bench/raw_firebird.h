@@ -26,9 +26,10 @@ public:
         Statement& operator=(const Statement&) = delete;
 
         // Runs the query with its '?' parameters as texts and fetches every
-        // row; returns how many there were.
-        int run(const std::vector<std::string>& params = {});
-        // Runs a statement without rows in the open write transaction.
+        // row, or the first `limit` when not negative; returns how many it fetched.
+        int run(const std::vector<std::string>& params = {}, int limit = -1);
+        // Runs a statement without a cursor in the open write transaction;
+        // what it returns (an insert's returning clause) is read into the row.
         void execute(const std::vector<std::string>& params);
 
     private:
@@ -45,6 +46,7 @@ public:
     // of operations that write.
     void beginWrite();
     void rollbackWrite();
+    void commitWrite();
 
 private:
     friend class Statement;

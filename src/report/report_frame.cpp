@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "card.h"
+#include "mxbook/data/unit_of_work.h"
 
 namespace mxbook::report {
 
@@ -31,6 +32,11 @@ void build(db::Connection& connection, const CardKind& kind, const Parameters& p
     // unit must never stay behind to print as the one asked for.
     connection.execute("delete from " + std::string(kind.table));
 
+    // The rows are read and stored in one transaction: one snapshot for all
+    // the card's queries rather than one taken after the deletion, and the
+    // rows stored by its commit. Left uncommitted (a failure, no unit found),
+    // it stores nothing.
+    db::UnitOfWork work(connection);
     const std::size_t width = widthOf(kind);
     std::vector<RowCells> rows;
     db::DataSet source(connection, std::string(kind.source), db::DataSet::Traversal::forwardOnly);
@@ -54,6 +60,7 @@ void build(db::Connection& connection, const CardKind& kind, const Parameters& p
         report.post();
     }
     report.updateBatch();
+    work.commit();
 }
 
 }  // namespace mxbook::report
