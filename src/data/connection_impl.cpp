@@ -176,7 +176,7 @@ std::vector<Value> ConnectionImpl::run(fb::ITransaction* transaction, const std:
 
 std::vector<Value> ConnectionImpl::runOnce(const std::shared_ptr<Prepared>& prepared, fb::ITransaction* transaction,
                                            const std::vector<Value>& params, std::int64_t* affected) {
-    InputMessage input(prepared->input(), params, attachment(), transaction);
+    InputMessage input(prepared->input(), prepared->inputColumns(), params, attachment(), transaction);
     fb::IMessageMetadata* output = prepared->output();
     fb::Status status;
     return fb::guarded(prepared->sql(), [&] {
@@ -319,7 +319,7 @@ Cursor::Cursor(ConnectionImpl& connection, fb::ITransaction* transaction, const 
 }
 
 void Cursor::openCursor() {
-    InputMessage input(prepared_->input(), params_, attachment_, transaction_);
+    InputMessage input(prepared_->input(), prepared_->inputColumns(), params_, attachment_, transaction_);
     fb::Status status;
     fb::guarded(sql_, [&] {
         buffer_.assign(prepared_->output()->getMessageLength(&status), 0);

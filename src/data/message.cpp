@@ -264,19 +264,22 @@ Value readBlob(const BlobId& blob, fb::IAttachment* attachment, fb::ITransaction
     return fb::guarded({}, [&] { return readBlobContent(blob.id, attachment, transaction); });
 }
 
-InputMessage::InputMessage(fb::IMessageMetadata* metadata, const std::vector<Value>& values,
-                           fb::IAttachment* attachment, fb::ITransaction* transaction)
+InputMessage::InputMessage(fb::IMessageMetadata* metadata, const std::vector<Column>& described,
+                           const std::vector<Value>& values, fb::IAttachment* attachment,
+                           fb::ITransaction* transaction)
     : metadata_(metadata) {
-    std::vector<Column> columns = metadata ? describe(metadata) : std::vector<Column>{};
-    if (values.size() != columns.size())
-        throw ArgumentError("the statement takes " + std::to_string(columns.size()) + " parameter(s), " +
+    const std::vector<Column> none;
+    const std::vector<Column>* columns = metadata ? &described : &none;
+    std::vector<Column> widenedColumns;
+    if (values.size() != columns->size())
+        throw ArgumentError("the statement takes " + std::to_string(columns->size()) + " parameter(s), " +
                             std::to_string(values.size()) + " given");
     if (!metadata) return;
-    std::vector<Value> converted(columns.size());
+    std::vector<Value> converted(columns->size());
     bool widen = false;
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (i < values.size()) converted[i] = convertForField(values[i], columns[i].info.type);
-        const Column& c = columns[i];
+    for (std::size_t i = 0; i < columns->size(); ++i) {
+        if (i < values.size()) converted[i] = convertForField(values[i], (*columns)[i].info.type);
+        const Column& c = (*columns)[i];
         const bool textual = c.sqlType == SQL_TEXT || c.sqlType == SQL_VARYING || c.sqlType == SQL_NULL;
         if (textual && !converted[i].isNull() && converted[i].asText().size() > longestVarchar)
             throw Error("a text of " + std::to_string(converted[i].asText().size()) +
@@ -289,8 +292,8 @@ InputMessage::InputMessage(fb::IMessageMetadata* metadata, const std::vector<Val
     fb::guarded({}, [&] {
         if (widen) {
             fb::Ref<fb::IMetadataBuilder> builder(metadata->getBuilder(&status));
-            for (std::size_t i = 0; i < columns.size(); ++i) {
-                const Column& c = columns[i];
+            for (std::size_t i = 0; i < columns->size(); ++i) {
+                const Column& c = (*columns)[i];
                 if (c.sqlType != SQL_TEXT && c.sqlType != SQL_VARYING && c.sqlType != SQL_NULL) continue;
                 const auto index = static_cast<unsigned>(i);
                 const std::size_t length = converted[i].isNull() ? 1 : converted[i].asText().size();
@@ -300,11 +303,12 @@ InputMessage::InputMessage(fb::IMessageMetadata* metadata, const std::vector<Val
             }
             widened_.reset(builder->getMetadata(&status));
             metadata_ = widened_.get();
-            columns = describe(metadata_);
+            widenedColumns = describe(metadata_);
+            columns = &widenedColumns;
         }
         buffer_.assign(metadata_->getMessageLength(&status), 0);
-        for (std::size_t i = 0; i < columns.size(); ++i)
-            encode(columns[i], converted[i], buffer_.data(), attachment, transaction);
+        for (std::size_t i = 0; i < columns->size(); ++i)
+            encode((*columns)[i], converted[i], buffer_.data(), attachment, transaction);
     });
 }
 

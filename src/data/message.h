@@ -47,8 +47,9 @@ Value readBlob(const BlobId& blob, fb::IAttachment* attachment, fb::ITransaction
 // buffer holds all of it and Firebird, not this layer, judges whether it fits.
 class InputMessage {
 public:
-    InputMessage(fb::IMessageMetadata* metadata, const std::vector<Value>& values, fb::IAttachment* attachment,
-                 fb::ITransaction* transaction);
+    // `columns` describe `metadata`, as the prepared statement keeps them.
+    InputMessage(fb::IMessageMetadata* metadata, const std::vector<Column>& columns, const std::vector<Value>& values,
+                 fb::IAttachment* attachment, fb::ITransaction* transaction);
 
     fb::IMessageMetadata* metadata() const { return metadata_; }
     unsigned char* buffer() { return buffer_.empty() ? nullptr : buffer_.data(); }

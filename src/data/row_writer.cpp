@@ -34,7 +34,7 @@ WritableTable findWritableTable(ConnectionImpl& connection, const std::string& s
     return target;
 }
 
-std::string RowWriter::columnName(std::size_t index) const { return sqlName(columns_[index].info.column); }
+std::string RowWriter::quotedName(const Column& column) { return sqlName(column.info.column); }
 
 std::string RowWriter::rowCondition(const std::vector<Value>& stored, const std::vector<bool>& compared,
                                     std::vector<Value>& params) const {

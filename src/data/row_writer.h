@@ -26,7 +26,9 @@ class RowWriter {
 public:
     RowWriter(ConnectionImpl& connection, fb::ITransaction* transaction, const std::vector<Column>& columns,
               const WritableTable& target)
-        : connection_(connection), transaction_(transaction), columns_(columns), target_(target) {}
+        : connection_(connection), transaction_(transaction), columns_(columns), target_(target) {
+        for (const Column& column : columns_) names_.push_back(quotedName(column));
+    }
 
     // Both raise ConflictError when the row is gone or another user changed
     // it since it was read: for a removal any of its columns, for an update
@@ -40,7 +42,8 @@ private:
     // The row by its key, and as it was read in the columns `compared`.
     std::string rowCondition(const std::vector<Value>& stored, const std::vector<bool>& compared,
                              std::vector<Value>& params) const;
-    std::string columnName(std::size_t index) const;
+    const std::string& columnName(std::size_t index) const { return names_[index]; }
+    static std::string quotedName(const Column& column);
     void runExpectingOneRow(const std::string& sql, const std::vector<Value>& params,
                             const std::vector<Value>& stored);
 
@@ -48,6 +51,7 @@ private:
     fb::ITransaction* transaction_;
     const std::vector<Column>& columns_;
     const WritableTable& target_;
+    std::vector<std::string> names_;  // each column's name for SQL text, quoted once
 };
 
 }  // namespace mxbook::db::detail

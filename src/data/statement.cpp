@@ -18,6 +18,7 @@ Prepared::Prepared(fb::IAttachment* attachment, fb::ITransaction* transaction, s
         type_ = statement_->getType(&status);
     });
     columns_ = std::make_shared<const std::vector<Column>>(describe(output_.get()));
+    if (input_) inputColumns_ = describe(input_.get());
     auto names = std::make_shared<NameIndex>();
     for (std::size_t i = columns_->size(); i-- > 0;) (*names)[upperAscii((*columns_)[i].info.name)] = static_cast<int>(i);
     names_ = std::move(names);
@@ -32,7 +33,8 @@ bool Prepared::controlsTransactions() const {
            type_ == isc_info_sql_stmt_start_trans;
 }
 
-std::vector<std::string> Prepared::relationAliases() const {
+const std::vector<std::string>& Prepared::relationAliases() const {
+    if (aliases_) return *aliases_;
     // The answer: select, describe_vars, count; then per column its sqlda_seq
     // and relation_alias, closed by describe_end.
     static constexpr unsigned char items[] = {isc_info_sql_select, isc_info_sql_describe_vars,
@@ -66,7 +68,7 @@ std::vector<std::string> Prepared::relationAliases() const {
             aliases[column - 1].assign(reinterpret_cast<const char*>(answer.data() + at), length);
         at += length;
     }
-    return aliases;
+    return aliases_.emplace(std::move(aliases));
 }
 
 std::shared_ptr<Prepared> StatementCache::acquire(fb::IAttachment* attachment, fb::ITransaction* transaction,

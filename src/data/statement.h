@@ -4,6 +4,7 @@
 
 #include <list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -29,6 +30,8 @@ public:
     const std::string& sql() const { return sql_; }
     fb::IStatement* statement() const { return statement_.get(); }
     fb::IMessageMetadata* input() const { return input_.get(); }
+    // The parameters, described once rather than at each execution.
+    const std::vector<Column>& inputColumns() const { return inputColumns_; }
     fb::IMessageMetadata* output() const { return output_.get(); }
     const std::vector<Column>& columns() const { return *columns_; }
     std::shared_ptr<const std::vector<Column>> sharedColumns() const { return columns_; }
@@ -40,8 +43,9 @@ public:
     // COMMIT, ROLLBACK or SET TRANSACTION.
     bool controlsTransactions() const;
     // The alias (or name) of the table each output column comes from, as the
-    // query writes it: a table read twice under two aliases shows both.
-    std::vector<std::string> relationAliases() const;
+    // query writes it: a table read twice under two aliases shows both. Asked
+    // of the server once per statement.
+    const std::vector<std::string>& relationAliases() const;
 
 private:
     struct Freer {
@@ -53,7 +57,9 @@ private:
     fb::Ref<fb::IMessageMetadata> input_;
     fb::Ref<fb::IMessageMetadata> output_;
     std::shared_ptr<const std::vector<Column>> columns_;
+    std::vector<Column> inputColumns_;
     std::shared_ptr<const NameIndex> names_;
+    mutable std::optional<std::vector<std::string>> aliases_;
     bool hasCursor_ = false;
     unsigned type_ = 0;
 };
