@@ -21,6 +21,10 @@ public:
 
     friend constexpr Minutes operator+(Minutes a, Minutes b) { return Minutes(a.count_ + b.count_); }
     friend constexpr Minutes operator-(Minutes a, Minutes b) { return Minutes(a.count_ - b.count_); }
+    constexpr Minutes& operator+=(Minutes other) {
+        count_ += other.count_;
+        return *this;
+    }
     friend constexpr auto operator<=>(Minutes, Minutes) = default;
 
 private:

@@ -121,8 +121,12 @@ void write(db::DataSet& row, const Changes& changes) {
 
 void install(db::Connection& connection, db::DataSet& row, const UnitMove& kind, const std::string& tail, Date date) {
     const std::optional<RegisterEntry> entry = registerEntry(connection, tail);
-    FlightSpan span{tail, startOf(date, entry ? entry->overhaul : std::nullopt), date,
-                    entry ? entry->type : std::string(), LeaveDayOutOn::no, question(connection, row, kind, tail, " №")};
+    const FlightSpan span{.tailNumber = tail,
+                          .start = startOf(date, entry ? entry->overhaul : std::nullopt),
+                          .moveDate = date,
+                          .groundType = entry ? entry->type : std::string(),
+                          .leaveOutOn = LeaveDayOutOn::no,
+                          .question = question(connection, row, kind, tail, " №")};
     const std::optional<CarriedTime> carried = carriedFlightTime(connection, span);
     const int unit = countsIn(row, kind);
     const bool hours = unit == countsHours;
@@ -163,8 +167,11 @@ void remove(db::Connection& connection, db::DataSet& row, const UnitMove& kind, 
     const std::optional<Date> overhaulDate =
         overhaul.field(0).isNull() ? std::nullopt : std::optional(overhaul.field(0).asDate());
     overhaul.close();
-    const FlightSpan span{tail, startOf(date, overhaulDate), date, std::nullopt, LeaveDayOutOn::yes,
-                          question(connection, row, kind, tail, " № ", aircraftType)};
+    const FlightSpan span{.tailNumber = tail,
+                          .start = startOf(date, overhaulDate),
+                          .moveDate = date,
+                          .leaveOutOn = LeaveDayOutOn::yes,
+                          .question = question(connection, row, kind, tail, " № ", aircraftType)};
     const std::optional<CarriedTime> carried = carriedFlightTime(connection, span);
     if (!carried) return;
     const int minutes = static_cast<int>(carried->minutes.count());
