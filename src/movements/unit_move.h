@@ -9,7 +9,9 @@ namespace mxbook::movements {
 struct UnitMove {
     const char* table;
     // Positions in the unit's row.
-    int serial;                // factory number, named in the question
+    int name;                  // the unit's name, drawing and factory numbers, named in the questions
+    int drawingNumber;
+    int serial;
     int readingAtInstallation; // the carrier's counter when the unit was installed
     int sinceNew;
     int sinceOverhaul;
@@ -26,7 +28,7 @@ struct UnitMove {
 };
 
 inline constexpr UnitMove generalComponent{
-    "AGREGAT", 4, 16, 17, 18, 21, 22, 24, 28, 34, 39,
+    "AGREGAT", 2, 3, 4, 16, 17, 18, 21, 22, 24, 28, 34, 39,
     "Select * From ETAAGREGAT Where ID_NAME=:pID_NAME Order By ID;", 14, 2,
 };
 
