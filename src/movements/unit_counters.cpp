@@ -125,9 +125,11 @@ std::string unitByReference(db::Connection& connection, db::DataSet& row, const 
     return "«" + row.field(kind.name).asText() + " " + name + " №" + drawing + "»?";
 }
 
-void checkKind(db::DataSet& row, const UnitMove& kind) {
-    if (!row.isOpen() || row.fieldCount() <= kind.indirectFlag || row.fieldInfo(kind.sinceNew).table != kind.table)
-        throw ArgumentError(std::string("the row is not a row of all columns of ") + kind.table);
+void checkTable(db::DataSet& row, const char* table, int columns) {
+    if (!row.isOpen() || row.fieldCount() < columns || row.fieldInfo(columns - 1).table != table)
+        throw ArgumentError(std::string("the row is not a row of all columns of ") + table);
 }
+
+void checkKind(db::DataSet& row, const UnitMove& kind) { checkTable(row, kind.table, kind.indirectFlag + 1); }
 
 }  // namespace mxbook::movements

@@ -59,7 +59,9 @@ std::string unitInQuestion(db::Connection& connection, db::DataSet& row, const U
 // "«unit's name reference name №drawing»?": a unit going onto an engine.
 std::string unitByReference(db::Connection& connection, db::DataSet& row, const UnitMove& kind);
 
-// Raises ArgumentError unless the row is open with all columns of the kind's table.
+// Raise ArgumentError unless the row is open with the columns of the table
+// (at least `columns` of them), or of the kind's table.
+void checkTable(db::DataSet& row, const char* table, int columns);
 void checkKind(db::DataSet& row, const UnitMove& kind);
 
 }  // namespace mxbook::movements

@@ -372,6 +372,13 @@ const std::vector<Callable>& callables() {
         // Movements: ROW is an AGREGAT row; its changed counters are stored.
         callable(&FunMoveAgregatToVS, "FunMoveAgregatToVS", "ROW TAIL DATE", "nothing: the unit's reading at installation (16), counters (17, 18) and oil time (21) brought to DATE on aircraft TAIL"),
         callable(&FunMoveAgregatFromVS, "FunMoveAgregatFromVS", "ROW AIRCRAFT_TYPE TAIL DATE", "nothing: what TAIL flew since DATE taken off the unit's counters (17, 18) and oil time (21)"),
+        // Engines: ENGINE is a DVIGATEL row, whose location (13) names the aircraft; ROW an AGREGAT row.
+        callable(&FunDvigatelMoveToVS, "FunDvigatelMoveToVS", "ENGINE AIRCRAFT_TYPE TAIL DATE", "nothing: what the engine's place on its aircraft (13) flew since DATE (or TAIL's overhaul) added to its hours (11, 12, 28), ratings (25, 26, 39), cycles (27, 31) and starts (42, 43)"),
+        callable(&FunDvigatelMoveFromVS, "FunDvigatelMoveFromVS", "ENGINE AIRCRAFT_TYPE DATE", "nothing: what the engine's place on its aircraft (13) flew since DATE taken off its counters"),
+        callable(&FunMoveAgregatToDvig, "FunMoveAgregatToDvig", "ROW TAIL ENGINE_SERIAL DATE", "nothing: the unit onto the engine at TAIL: the engine's reading at installation (16), counters (17, 18) and oil time (21) brought to DATE"),
+        callable(&FunMoveAgregatFromDvig, "FunMoveAgregatFromDvig", "ROW AIRCRAFT_TYPE TAIL DATE", "nothing: what the unit's engine (29) at TAIL flew since DATE taken off its counters (17, 18) and oil time (21)"),
+        callable(&FunCorrectAgrDvigFromVS, "FunCorrectAgrDvigFromVS", "ENGINE ROW AIRCRAFT_TYPE DATE", "nothing: what ENGINE flew on its aircraft since DATE taken off the unit's counters (17, 18) and oil time (21)"),
+        callable(&FunAgregatMoveDvigatel, "FunAgregatMoveDvigatel", "ENGINE AIRCRAFT_TYPE DATE NEW_LOCATION REMOVAL_FLAG", "nothing: the engine's units moved with it to NEW_LOCATION as of DATE; with REMOVAL_FLAG not 0 what the engine flew since DATE taken off those counted directly; stored together"),
         callable(&FunAddIDNameAgregat, "FunAddIDNameAgregat", "ROW", "nothing: a new ETAAGREGAT entry for the AGREGAT units like ROW (name, drawing number, reference key, aircraft type), all pointed at it; stored at once, ROW itself unchanged"),
         // Report cards: each empties its report table, then fills it (mxbook report prints it).
         callable(&FunMainReportAgregatPodrobno, "FunMainReportAgregatPodrobno", "ID", "nothing: REPORT_AGREGAT_PODROBNO holds the card of the general component ID"),
