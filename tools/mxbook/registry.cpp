@@ -372,6 +372,9 @@ const std::vector<Callable>& callables() {
         // Movements: ROW is an AGREGAT row; its changed counters are stored.
         callable(&FunMoveAgregatToVS, "FunMoveAgregatToVS", "ROW TAIL DATE", "nothing: the unit's reading at installation (16), counters (17, 18) and oil time (21) brought to DATE on aircraft TAIL"),
         callable(&FunMoveAgregatFromVS, "FunMoveAgregatFromVS", "ROW AIRCRAFT_TYPE TAIL DATE", "nothing: what TAIL flew since DATE taken off the unit's counters (17, 18) and oil time (21)"),
+        callable(&FunAgregatCorrectTipNumVSDvigatel, "FunAgregatCorrectTipNumVSDvigatel", "AIRCRAFT_TYPE ENGINE_SERIAL DATE TAIL", "nothing: every AGREGAT unit of engine ENGINE_SERIAL re-pointed to TAIL: the ETAAGREGAT entry of AIRCRAFT_TYPE for its drawing number where there is one (34), TAIL's owner where the owner groups differ (37), type (1), location (27) and date (26); stored together"),
+        callable(&FunAgregatCorrectScladDvigatel, "FunAgregatCorrectScladDvigatel", "ENGINE_SERIAL DATE OLD_LOCATION NEW_LOCATION", "nothing: the units mounted on engine ENGINE_SERIAL at OLD_LOCATION moved to NEW_LOCATION as of DATE (27, 26); stored together"),
+        callable(&FunAgregatDeleteDvigatel, "FunAgregatDeleteDvigatel", "ENGINE_SERIAL", "nothing: the units mounted on engine ENGINE_SERIAL at \"Ремфонд\" deleted; stored together"),
         callable(&FunAddIDNameAgregat, "FunAddIDNameAgregat", "ROW", "nothing: a new ETAAGREGAT entry for the AGREGAT units like ROW (name, drawing number, reference key, aircraft type), all pointed at it; stored at once, ROW itself unchanged"),
         // Report cards: each empties its report table, then fills it (mxbook report prints it).
         callable(&FunMainReportAgregatPodrobno, "FunMainReportAgregatPodrobno", "ID", "nothing: REPORT_AGREGAT_PODROBNO holds the card of the general component ID"),
