@@ -9,21 +9,13 @@
 
 #include "mxbook/data/batch.h"
 #include "mxbook/data/unit_of_work.h"
+#include "agregat_columns.h"
 #include "mxbook/movements.h"
 #include "register/known_tails.h"
 
 namespace mxbook::movements {
 
 namespace {
-
-// AGREGAT, the general components.
-namespace agregat {
-constexpr int aircraftType = 1;   // TIP_VS
-constexpr int movedOn = 26;       // DATA_USTANOVKI
-constexpr int location = 27;      // GDE_STOIT
-constexpr int referenceKey = 34;  // ID_NAME
-constexpr int owner = 37;         // SOBSTVENNOST
-}  // namespace agregat
 
 // SOBSTVENNIKI, the owners.
 constexpr int ownerGroup = 3;  // GRUPPA
@@ -101,7 +93,7 @@ void repointEngineUnits(db::Connection& connection, const std::string& aircraftT
             units.setValue(agregat::owner, owner);
         units.setValue(agregat::aircraftType, aircraftType);
         units.setValue(agregat::location, tail);
-        units.setValue(agregat::movedOn, date);
+        units.setValue(agregat::installed, date);
         units.post();
     }
     units.updateBatch();

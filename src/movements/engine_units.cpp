@@ -1,5 +1,6 @@
 // General components mounted on an engine: onto and off it, and following it
 // when the engine itself moves.
+#include "agregat_columns.h"
 #include "engine_moves.h"
 #include "mxbook/data/unit_of_work.h"
 #include "mxbook/movements.h"
@@ -9,11 +10,6 @@
 namespace mxbook::movements {
 
 namespace {
-
-// Positions in a component's row (AGREGAT) beside those of the move.
-namespace unit {
-constexpr int oilTracked = 19, installed = 26, location = 27, engineSerial = 29, nextCheck = 31, place = 36;
-}
 
 constexpr const char* questionBody = "Учесть налет этого дня в наработке\r\n";
 
@@ -104,7 +100,7 @@ void installOnEngine(db::Connection& connection, db::DataSet& row, const std::st
 
 void removeFromEngine(db::Connection& connection, db::DataSet& row, const std::string& aircraftType,
                       const std::string& tail, Date date) {
-    const std::string serial = row.field(unit::engineSerial).asText();
+    const std::string serial = row.field(agregat::engineSerial).asText();
     const std::optional<int> place = placeAt(connection, tail, serial);
     if (!place) return;
     const FlightSpan span{.source = FlightsOf::mountingEngine,
@@ -134,12 +130,12 @@ void followEngine(db::Connection& connection, db::DataSet& engine, const std::st
         Changes changes;
         const bool derived = flagIs(units, generalComponent.indirectFlag, 1);
         // The oil time to the date, before the installation date it counts from is overwritten.
-        if (derived && flagIs(units, unit::oilTracked, 1) && isSet(units, generalComponent.oilChangeDate))
+        if (derived && flagIs(units, agregat::oilTracked, 1) && isSet(units, generalComponent.oilChangeDate))
             changes.emplace_back(generalComponent.oilTime, FunNarMasloAgregat(connection, units, location, date));
-        changes.emplace_back(unit::installed, date);
-        changes.emplace_back(unit::nextCheck, date.addYears(1));
-        changes.emplace_back(unit::location, newLocation);
-        changes.emplace_back(unit::place, "Установлен на двигатель");
+        changes.emplace_back(agregat::installed, date);
+        changes.emplace_back(agregat::nextCheck, date.addYears(1));
+        changes.emplace_back(agregat::location, newLocation);
+        changes.emplace_back(agregat::place, "Установлен на двигатель");
         const db::Field flag = units.field(generalComponent.indirectFlag);
         if ((flag.isNull() || flag.asInt() == 0) && removalFlag != 0) {
             const FlightSpan span = leavingFlights(engine, units, aircraftType, date);

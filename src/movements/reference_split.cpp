@@ -5,28 +5,12 @@
 
 #include "mxbook/data/unit_of_work.h"
 #include "mxbook/error.h"
+#include "agregat_columns.h"
 #include "mxbook/movements.h"
 
 namespace mxbook::movements {
 
 namespace {
-
-// AGREGAT, the general components.
-namespace agregat {
-constexpr int aircraftType = 1;     // TIP_VS
-constexpr int name = 2;             // NAZVANIE
-constexpr int drawingNumber = 3;    // CHERT_NOMER
-constexpr int intervalLimit = 12;   // RESURS_OBSH (hours or landings)
-constexpr int intervalTerm = 13;    // SROK_OBSH
-constexpr int overhaulLimit = 14;   // RESURS_MR
-constexpr int overhaulTerm = 15;    // SROK_MR
-constexpr int oilTracked = 19;      // UCHET_MASLA
-constexpr int counterUnit = 24;     // EDINICA_NARABOTKI
-constexpr int aircraftSystem = 25;  // SISTEMA_VS
-constexpr int mounting = 28;        // PLAN_DVIG_VSU
-constexpr int unitCode = 32;        // KOD_AGREGATA
-constexpr int referenceKey = 34;    // ID_NAME
-}  // namespace agregat
 
 // ETAAGREGAT, the reference entries of the general components' types.
 namespace etaagregat {
