@@ -1,0 +1,138 @@
+// mxbook move engine: an engine taken off the aircraft it is on, put where it
+// goes, and installed there when that is an aircraft; the units mounted on it
+// follow it. The engine and all its units are stored together.
+#include <map>
+
+#include "commands.h"
+#include "move_rows.h"
+#include "mxbook/data.h"
+#include "mxbook/error.h"
+#include "mxbook/movements.h"
+#include "mxbook/remaining_life.h"
+#include "registry.h"
+
+namespace mxbook::cli {
+
+namespace {
+
+// The engine's own columns the move sets, as the engine form would.
+namespace engine {
+constexpr int id = 0, aircraftType = 1, serial = 3, moved = 10, location = 13, place = 23;
+}
+constexpr int places = 3;  // an aircraft's engine places: 0, 1, 2
+
+// The engines standing at the tail other than `id`, by the place each
+// occupies (a place outside 0 to 2 reads as the first).
+std::map<int, std::string> occupiedPlaces(db::Connection& connection, const std::string& tail, int id) {
+    db::DataSet others(connection, "select ID, ODIN_DVA from DVIGATEL where GDE_STOIT = :pTAIL and ID <> :pID "
+                                   "order by ID");
+    others.setParam("pTAIL", tail);
+    others.setParam("pID", id);
+    std::map<int, std::string> occupied;
+    for (others.open(); !others.eof(); others.next()) {
+        const db::Field field = others.field(1);
+        const int place = field.isNull() || field.asInt() < 0 || field.asInt() >= places ? 0 : field.asInt();
+        std::string& names = occupied[place];
+        names += (names.empty() ? "" : ", ") + std::string("@DVIGATEL:") + std::to_string(others.field(0).asInt());
+    }
+    return occupied;
+}
+
+// The place asked for when it is free, or the first free one.
+int placeAt(db::Connection& connection, const std::string& tail, int id, std::optional<int> asked) {
+    const std::map<int, std::string> occupied = occupiedPlaces(connection, tail, id);
+    if (asked && !occupied.contains(*asked)) return *asked;
+    for (int place = 0; !asked && place < places; ++place)
+        if (!occupied.contains(place)) return place;
+    std::string list;
+    for (const auto& [place, names] : occupied)
+        list += (list.empty() ? "" : "; ") + std::to_string(place) + " (" + names + ")";
+    throw ArgumentError((asked ? "place " + std::to_string(*asked) + " of " + tail + " is taken"
+                               : tail + " has no free engine place") +
+                        ": engines stand in places " + list + "; move one off first or name a free --place");
+}
+
+// The units mounted on the engine (or once mounted on it), as text by ID.
+struct UnitTexts {
+    std::vector<std::string> columns;
+    std::map<int, std::vector<std::string>> rows;
+};
+
+UnitTexts unitsOf(db::Connection& connection, const std::string& serial) {
+    db::DataSet units(connection, "select * from AGREGAT where NUMER_DVIG_VSU = :pSERIAL order by ID");
+    units.setParam("pSERIAL", serial);
+    units.open();
+    UnitTexts texts{columnNames(units), {}};
+    for (; !units.eof(); units.next()) texts.rows[units.field(0).asInt()] = rowValues(units);
+    return texts;
+}
+
+}  // namespace
+
+int runMoveEngine(std::ostream& out, const Options& options, const MoveEngineRequest& request) {
+    const std::optional<Date> date = isoDate(request.date);
+    if (!date) throw UsageError("DATE: '" + request.date + "' is not a date written YYYY-MM-DD");
+    if (request.place && (*request.place < 0 || *request.place >= places))
+        throw ArgumentError("--place: " + std::to_string(*request.place) + " is not an engine place: 0, 1 or 2");
+    db::Connection connection;
+    openMainDatabase(connection, options);
+
+    db::DataSet row(connection, "select * from DVIGATEL where ID = :pID");
+    row.setParam("pID", rowId(connection, engines, request.engine));
+    row.open();
+    if (row.eof()) throw ArgumentError("no engine " + request.engine);
+    const std::optional<std::string> toType = aircraftTypeOf(connection, request.to);
+    if (!toType && !isOffAircraft(request.to))
+        throw ArgumentError("'" + request.to + "' is neither a tail number in the register nor one of Склад, "
+                            "Ремфонд, Ремонт, Рекламация");
+    const std::string from = row.field(engine::location).asText();
+    if (!toType && request.place) throw ArgumentError("--place: '" + request.to + "' is not an aircraft");
+    // The same aircraft again only to change the engine's place.
+    if (from == request.to && (!toType || !request.place))
+        throw ArgumentError("engine " + request.engine + " already stands at " + request.to);
+    const bool fromAircraft = !from.empty() && !isOffAircraft(from);
+    const int id = row.field(engine::id).asInt();
+    const std::optional<int> place =
+        toType ? std::optional(placeAt(connection, request.to, id, request.place)) : std::nullopt;
+    const std::string serial = row.field(engine::serial).asText();
+    const std::string type = row.field(engine::aircraftType).asText();
+
+    const std::vector<std::string> before = rowValues(row);
+    db::UnitOfWork work(connection);
+    const UnitTexts unitsBefore = unitsOf(connection, serial);
+    // Off the aircraft: the engine and its units lose what it flew since the
+    // date, while the engine still stands there.
+    if (fromAircraft) {
+        FunDvigatelMoveFromVS(connection, row, type, *date);
+        FunAgregatMoveDvigatel(connection, row, type, *date, request.to, 1);
+    } else if (!toType) {
+        FunAgregatCorrectScladDvigatel(connection, serial, *date, from, request.to);
+    }
+    if (row.state() != db::DataSet::State::edit) row.edit();
+    row.setValue(engine::location, request.to);
+    row.setValue(engine::moved, *date);
+    if (toType) {
+        row.setValue(engine::aircraftType, *toType);
+        row.setValue(engine::place, *place);
+        FunDvigatelMoveToVS(connection, row, *toType, request.to, *date);
+        FunAgregatCorrectTipNumVSDvigatel(connection, *toType, serial, *date, request.to);
+    }
+    row.post();
+    const std::vector<std::string> after = rowValues(row);
+    row.updateBatch();
+    const UnitTexts unitsAfter = unitsOf(connection, serial);
+    if (request.dryRun)
+        work.rollback();
+    else
+        work.commit();
+
+    MoveChanges changes(true);
+    changes.add("@DVIGATEL:" + std::to_string(id), columnNames(row), before, after);
+    for (const auto& [unitId, values] : unitsAfter.rows)
+        if (const auto was = unitsBefore.rows.find(unitId); was != unitsBefore.rows.end())
+            changes.add("@AGREGAT:" + std::to_string(unitId), unitsAfter.columns, was->second, values);
+    changes.print(out, options.format, request.dryRun);
+    return 0;
+}
+
+}  // namespace mxbook::cli
