@@ -21,8 +21,12 @@ constexpr int id = 0, aircraftType = 1, serial = 3, moved = 10, location = 13, p
 }
 constexpr int places = 3;  // an aircraft's engine places: 0, 1, 2
 
-// The engines standing at the tail other than `id`, by the place each
-// occupies (a place outside 0 to 2 reads as the first).
+// An engine's place; one outside 0 to 2 reads as the first.
+int placeOf(const db::Field& field) {
+    return field.isNull() || field.asInt() < 0 || field.asInt() >= places ? 0 : field.asInt();
+}
+
+// The engines standing at the tail other than `id`, by the place each occupies.
 std::map<int, std::string> occupiedPlaces(db::Connection& connection, const std::string& tail, int id) {
     db::DataSet others(connection, "select ID, ODIN_DVA from DVIGATEL where GDE_STOIT = :pTAIL and ID <> :pID "
                                    "order by ID");
@@ -30,9 +34,7 @@ std::map<int, std::string> occupiedPlaces(db::Connection& connection, const std:
     others.setParam("pID", id);
     std::map<int, std::string> occupied;
     for (others.open(); !others.eof(); others.next()) {
-        const db::Field field = others.field(1);
-        const int place = field.isNull() || field.asInt() < 0 || field.asInt() >= places ? 0 : field.asInt();
-        std::string& names = occupied[place];
+        std::string& names = occupied[placeOf(others.field(1))];
         names += (names.empty() ? "" : ", ") + std::string("@DVIGATEL:") + std::to_string(others.field(0).asInt());
     }
     return occupied;
@@ -88,7 +90,7 @@ int runMoveEngine(std::ostream& out, const Options& options, const MoveEngineReq
     const std::string from = row.field(engine::location).asText();
     if (!toType && request.place) throw ArgumentError("--place: '" + request.to + "' is not an aircraft");
     // The same aircraft again only to change the engine's place.
-    if (from == request.to && (!toType || !request.place))
+    if (from == request.to && (!toType || !request.place || *request.place == placeOf(row.field(engine::place))))
         throw ArgumentError("engine " + request.engine + " already stands at " + request.to);
     const bool fromAircraft = !from.empty() && !isOffAircraft(from);
     const int id = row.field(engine::id).asInt();
