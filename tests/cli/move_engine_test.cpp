@@ -1,6 +1,6 @@
 // mxbook move engine on a register of our own: an engine taken off one
-// aircraft with the unit on it, put on another in the first free place, a
-// dry run, and what cannot be moved.
+// aircraft with the unit on it and put on another in a free place, a dry
+// run, and what cannot be moved.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -63,7 +63,7 @@ private:
     testing::TempFolder folder_;
 };
 
-TEST_F(MoveEngineTest, AnEngineLeavesWithItsUnitAndGoesOnInTheFreePlace) {
+TEST_F(MoveEngineTest, AnEngineLeavesWithItsUnitAndGoesOnInAFreePlace) {
     const std::string before = state();
     const Outcome dry = run({"move", "engine", "E1", "Склад", "2024-03-10", "--dry-run", "--format", "csv"});
     ASSERT_EQ(dry.exitCode, 0) << dry.err;
@@ -76,8 +76,8 @@ TEST_F(MoveEngineTest, AnEngineLeavesWithItsUnitAndGoesOnInTheFreePlace) {
     EXPECT_EQ(state(), "Склад;0;49:00;9 / Склад;4:00;10.03.2024;");
     EXPECT_NE(off.out.find("NARABOTKA_PPR,50:00,49:00"), std::string::npos) << off.out;
 
-    // On RA-2, whose place 0 is taken: place 1, driven by the second place's 0:30.
-    const Outcome on = run({"move", "engine", "E1", "RA-2", "2024-03-11"});
+    // On RA-2 in place 1, driven by the second place's 0:30.
+    const Outcome on = run({"move", "engine", "E1", "RA-2", "2024-03-11", "--place", "1"});
     ASSERT_EQ(on.exitCode, 0) << on.err;
     EXPECT_EQ(state(), "RA-2;1;49:30;9 / RA-2;4:00;11.03.2024;");
 }
@@ -88,7 +88,8 @@ TEST_F(MoveEngineTest, WhatCannotBeMovedIsNamed) {
         const char* error;
     } cases[] = {
         {{"move", "engine", "E1", "RA-2", "2024-03-10", "--place", "3"}, "3 is not an engine place"},
-        {{"move", "engine", "E1", "RA-2", "2024-03-10", "--place", "0"}, "place 0 of RA-2 is taken"},
+        {{"move", "engine", "E1", "RA-2", "2024-03-10"}, "place 0 of RA-2 is taken: engines stand in places 0 "
+                                                         "(@DVIGATEL:2); name a free place with --place: 1, 2"},
         {{"move", "engine", "E1", "Луна", "2024-03-10"}, "'Луна' is neither a tail number"},
         {{"move", "engine", "E9", "RA-1", "2024-03-10"}, "names 2 engines"},
         {{"move", "engine", "E0", "RA-1", "2024-03-10"}, "no engine with factory number E0"},

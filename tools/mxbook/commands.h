@@ -56,7 +56,8 @@ struct MoveRequest {
 };
 int runMoveComponent(std::ostream& out, const Options& options, const MoveRequest& request);
 // mxbook move engine SERIAL TO DATE: SERIAL is @DVIGATEL:ID or a factory
-// number; onto an aircraft, in `place` (0, 1, 2), or the first free one.
+// number; onto an aircraft, in `place` (0, 1, 2; 0 when not given), which
+// no other engine may hold.
 // The units mounted on the engine follow it.
 struct MoveEngineRequest {
     std::string engine;

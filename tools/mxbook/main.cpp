@@ -133,7 +133,7 @@ int main(int argc, char** argv) {
     moveEngine->add_option("to", engineRequest.to, "a tail number, or Склад, Ремфонд, Ремонт, Рекламация")->required();
     moveEngine->add_option("date", engineRequest.date, "the date of the move, YYYY-MM-DD")->required();
     moveEngine->add_option("--place", engineRequest.place,
-                           "the engine's place on the aircraft TO: 0, 1 or 2 (the first free one when not given)");
+                           "the engine's place on the aircraft TO: 0, 1 or 2 (0 when not given)");
     moveEngine->add_flag("--dry-run", engineRequest.dryRun, "show what would change, store nothing");
     auto* report = app.add_subcommand("report", "fill a unit's report card and print it");
     std::string card;

@@ -40,18 +40,23 @@ std::map<int, std::string> occupiedPlaces(db::Connection& connection, const std:
     return occupied;
 }
 
-// The place asked for when it is free, or the first free one.
+// The place asked for (the first when none is) when no other engine stands
+// in it. Another place is never taken unasked: an engine counted from the
+// columns of a place its aircraft does not fly would gain nothing.
 int placeAt(db::Connection& connection, const std::string& tail, int id, std::optional<int> asked) {
+    const int place = asked.value_or(0);
     const std::map<int, std::string> occupied = occupiedPlaces(connection, tail, id);
-    if (asked && !occupied.contains(*asked)) return *asked;
-    for (int place = 0; !asked && place < places; ++place)
-        if (!occupied.contains(place)) return place;
-    std::string list;
-    for (const auto& [place, names] : occupied)
-        list += (list.empty() ? "" : "; ") + std::to_string(place) + " (" + names + ")";
-    throw ArgumentError((asked ? "place " + std::to_string(*asked) + " of " + tail + " is taken"
-                               : tail + " has no free engine place") +
-                        ": engines stand in places " + list + "; move one off first or name a free --place");
+    if (!occupied.contains(place)) return place;
+    std::string taken, free;
+    for (int other = 0; other < places; ++other) {
+        const auto engines = occupied.find(other);
+        if (engines == occupied.end())
+            free += (free.empty() ? "" : ", ") + std::to_string(other);
+        else
+            taken += (taken.empty() ? "" : "; ") + std::to_string(other) + " (" + engines->second + ")";
+    }
+    throw ArgumentError("place " + std::to_string(place) + " of " + tail + " is taken: engines stand in places " +
+                        taken + (free.empty() ? "; move one off first" : "; name a free place with --place: " + free));
 }
 
 // The units mounted on the engine (or once mounted on it), as text by ID.
