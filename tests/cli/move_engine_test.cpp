@@ -24,15 +24,20 @@ protected:
         ASSERT_EQ(run({"init"}).exitCode, 0);
         for (const char* tail : {"'RA-1'", "'RA-2'"})
             execute(std::string("insert into REESTR (TIP_VS, BORTOVOI_NOMER) values ('Ми-8', ") + tail + ")");
-        execute("insert into SPRAVKA (DATA_POLETA, TIP_VS, BORTOVOI_NOMER, V_VOZDUHE_1, KOL_VO_CICLOV_1) values "
-                "('2024-03-11', 'Ми-8', 'RA-1', '1:00', 1)");
-        execute("insert into SPRAVKA (DATA_POLETA, TIP_VS, BORTOVOI_NOMER, V_VOZDUHE_2) values "
-                "('2024-03-12', 'Ми-8', 'RA-2', '0:30')");
+        execute(
+            "insert into SPRAVKA (DATA_POLETA, TIP_VS, BORTOVOI_NOMER, V_VOZDUHE_1, KOL_VO_CICLOV_1) values "
+            "('2024-03-11', 'Ми-8', 'RA-1', '1:00', 1)");
+        execute(
+            "insert into SPRAVKA (DATA_POLETA, TIP_VS, BORTOVOI_NOMER, V_VOZDUHE_2) values "
+            "('2024-03-12', 'Ми-8', 'RA-2', '0:30')");
         for (const char* engine : {"'E1', 'RA-1'", "'E2', 'RA-2'", "'E9', 'Склад'", "'E9', 'Ремонт'"})
             execute(std::string("insert into DVIGATEL (TIP_VS, ZAVODSKOI_NOMER, GDE_STOIT, ODIN_DVA, NARABOTKA_SNE, "
-                                "NARABOTKA_PPR, CICLI_PPR) values ('Ми-8', ") + engine + ", 0, '100:00', '50:00', 10)");
-        execute("insert into AGREGAT (TIP_VS, ZAVODSKOI_NOMER, GDE_STOIT, EDINICA_NARABOTKI, PLAN_DVIG_VSU, "
-                "NUMER_DVIG_VSU, NARABOTKA_SNE, NARABOTKA_PPR) values ('Ми-8', '111', 'RA-1', 0, 1, 'E1', '10:00', '5:00')");
+                                "NARABOTKA_PPR, CICLI_PPR) values ('Ми-8', ") +
+                    engine + ", 0, '100:00', '50:00', 10)");
+        execute(
+            "insert into AGREGAT (TIP_VS, ZAVODSKOI_NOMER, GDE_STOIT, EDINICA_NARABOTKI, PLAN_DVIG_VSU, "
+            "NUMER_DVIG_VSU, NARABOTKA_SNE, NARABOTKA_PPR) values ('Ми-8', '111', 'RA-1', 0, 1, 'E1', '10:00', "
+            "'5:00')");
     }
 
     Outcome run(std::vector<std::string> arguments) const {
@@ -43,9 +48,10 @@ protected:
     // The engine E1 and the unit 111 as "where;place;hours;cycles / where;hours;moved;".
     std::string state() const {
         db::Connection connection = database();
-        db::DataSet row(connection, "select e.GDE_STOIT, e.ODIN_DVA, e.NARABOTKA_PPR, e.CICLI_PPR, a.GDE_STOIT, "
-                                    "a.NARABOTKA_PPR, a.DATA_USTANOVKI from DVIGATEL e, AGREGAT a "
-                                    "where e.ZAVODSKOI_NOMER = 'E1' and a.ZAVODSKOI_NOMER = '111'");
+        db::DataSet row(connection,
+                        "select e.GDE_STOIT, e.ODIN_DVA, e.NARABOTKA_PPR, e.CICLI_PPR, a.GDE_STOIT, "
+                        "a.NARABOTKA_PPR, a.DATA_USTANOVKI from DVIGATEL e, AGREGAT a "
+                        "where e.ZAVODSKOI_NOMER = 'E1' and a.ZAVODSKOI_NOMER = '111'");
         row.open();
         std::string text;
         for (int i = 0; i < row.fieldCount(); ++i) text += row.field(i).asText() + (i == 3 ? " / " : ";");
@@ -88,8 +94,8 @@ TEST_F(MoveEngineTest, WhatCannotBeMovedIsNamed) {
         const char* error;
     } cases[] = {
         {{"move", "engine", "E1", "RA-2", "2024-03-10", "--place", "3"}, "3 is not an engine place"},
-        {{"move", "engine", "E1", "RA-2", "2024-03-10"}, "place 0 of RA-2 is taken: engines stand in places 0 "
-                                                         "(@DVIGATEL:2); name a free place with --place: 1, 2"},
+        {{"move", "engine", "E1", "RA-2", "2024-03-10"},
+         "place 0 of RA-2 is taken: engines stand in places 0 (@DVIGATEL:2); name a free place with --place: 1, 2"},
         {{"move", "engine", "E1", "Луна", "2024-03-10"}, "'Луна' is neither a tail number"},
         {{"move", "engine", "E9", "RA-1", "2024-03-10"}, "names 2 engines"},
         {{"move", "engine", "E0", "RA-1", "2024-03-10"}, "no engine with factory number E0"},

@@ -50,10 +50,12 @@ int runMoveComponent(std::ostream& out, const Options& options, const MoveReques
         throw ArgumentError("component " + request.unit + " is mounted on an APU: it moves with it");
     const std::optional<std::string> toType = aircraftTypeOf(connection, request.to);
     if (!toType && !isOffAircraft(request.to))
-        throw ArgumentError("'" + request.to + "' is neither a tail number in the register nor one of Склад, "
+        throw ArgumentError("'" + request.to +
+                            "' is neither a tail number in the register nor one of Склад, "
                             "Ремфонд, Ремонт, Рекламация");
     if (request.engine && !toType)
-        throw ArgumentError("--engine: '" + request.to + "' is not an aircraft; a component goes onto an engine "
+        throw ArgumentError("--engine: '" + request.to +
+                            "' is not an aircraft; a component goes onto an engine "
                             "at the aircraft the engine is on");
     if (request.engine) requireEngineAt(connection, *request.engine, request.to);
     const std::string from = row.field(unit::location).asText();

@@ -28,8 +28,9 @@ int placeOf(const db::Field& field) {
 
 // The engines standing at the tail other than `id`, by the place each occupies.
 std::map<int, std::string> occupiedPlaces(db::Connection& connection, const std::string& tail, int id) {
-    db::DataSet others(connection, "select ID, ODIN_DVA from DVIGATEL where GDE_STOIT = :pTAIL and ID <> :pID "
-                                   "order by ID");
+    db::DataSet others(connection,
+                       "select ID, ODIN_DVA from DVIGATEL where GDE_STOIT = :pTAIL and ID <> :pID "
+                       "order by ID");
     others.setParam("pTAIL", tail);
     others.setParam("pID", id);
     std::map<int, std::string> occupied;
@@ -90,7 +91,8 @@ int runMoveEngine(std::ostream& out, const Options& options, const MoveEngineReq
     if (row.eof()) throw ArgumentError("no engine " + request.engine);
     const std::optional<std::string> toType = aircraftTypeOf(connection, request.to);
     if (!toType && !isOffAircraft(request.to))
-        throw ArgumentError("'" + request.to + "' is neither a tail number in the register nor one of Склад, "
+        throw ArgumentError("'" + request.to +
+                            "' is neither a tail number in the register nor one of Склад, "
                             "Ремфонд, Ремонт, Рекламация");
     const std::string from = row.field(engine::location).asText();
     if (!toType && request.place) throw ArgumentError("--place: '" + request.to + "' is not an aircraft");
