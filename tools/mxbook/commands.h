@@ -45,14 +45,28 @@ int runDemo(std::ostream& out, const Options& options, RunFolder& folder);
 using mxbook::StatusOrder;
 int runStatus(std::ostream& out, const Options& options, const std::optional<std::string>& tail, StatusOrder order);
 // mxbook move component UNIT TO DATE: UNIT is @AGREGAT:ID or a factory
-// number, TO a tail number or an off-aircraft location, DATE YYYY-MM-DD.
+// number, TO a tail number or an off-aircraft location, DATE YYYY-MM-DD;
+// with `engine`, onto the engine of that factory number standing at TO.
 struct MoveRequest {
     std::string unit;
     std::string to;
     std::string date;
+    std::optional<std::string> engine;
     bool dryRun = false;
 };
 int runMoveComponent(std::ostream& out, const Options& options, const MoveRequest& request);
+// mxbook move engine SERIAL TO DATE: SERIAL is @DVIGATEL:ID or a factory
+// number; onto an aircraft, in `place` (0, 1, 2; 0 when not given), which
+// no other engine may hold.
+// The units mounted on the engine follow it.
+struct MoveEngineRequest {
+    std::string engine;
+    std::string to;
+    std::string date;
+    std::optional<int> place;
+    bool dryRun = false;
+};
+int runMoveEngine(std::ostream& out, const Options& options, const MoveEngineRequest& request);
 // The oil of every oil-filled unit of every aircraft (or one): its oil time
 // since the change and what is left of its limit, the nearest change first.
 int runOil(std::ostream& out, const Options& options, const std::optional<std::string>& tail);

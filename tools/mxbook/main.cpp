@@ -113,7 +113,8 @@ int main(int argc, char** argv) {
         ->check(CLI::IsMember({"urgency", "aircraft"}));
     auto* oil = app.add_subcommand("oil", "each oil-filled unit's oil time since the change and what is left");
     oil->add_option("tail", tail, "one aircraft's tail number");
-    auto* move = app.add_subcommand("move", "move a unit on or off an aircraft, its counters brought to the date");
+    auto* move =
+        app.add_subcommand("move", "move a unit or an engine on or off an aircraft, its counters brought to the date");
     move->require_subcommand(1);
     auto* moveComponent =
         move->add_subcommand("component", "a component: off the aircraft it is on, to TO, on it when TO is an aircraft");
@@ -121,7 +122,19 @@ int main(int argc, char** argv) {
     moveComponent->add_option("unit", moveRequest.unit, "@AGREGAT:ID or the component's factory number")->required();
     moveComponent->add_option("to", moveRequest.to, "a tail number, or Склад, Ремфонд, Ремонт, Рекламация")->required();
     moveComponent->add_option("date", moveRequest.date, "the date of the move, YYYY-MM-DD")->required();
+    moveComponent->add_option("--engine", moveRequest.engine,
+                              "onto the engine of this factory number at TO (TO an aircraft); without it a "
+                              "component on an engine comes off it");
     moveComponent->add_flag("--dry-run", moveRequest.dryRun, "show what would change, store nothing");
+    auto* moveEngine = move->add_subcommand(
+        "engine", "an engine with the units on it: off the aircraft it is on, to TO, on it when TO is an aircraft");
+    MoveEngineRequest engineRequest;
+    moveEngine->add_option("serial", engineRequest.engine, "@DVIGATEL:ID or the engine's factory number")->required();
+    moveEngine->add_option("to", engineRequest.to, "a tail number, or Склад, Ремфонд, Ремонт, Рекламация")->required();
+    moveEngine->add_option("date", engineRequest.date, "the date of the move, YYYY-MM-DD")->required();
+    moveEngine->add_option("--place", engineRequest.place,
+                           "the engine's place on the aircraft TO: 0, 1 or 2 (0 when not given)");
+    moveEngine->add_flag("--dry-run", engineRequest.dryRun, "show what would change, store nothing");
     auto* report = app.add_subcommand("report", "fill a unit's report card and print it");
     std::string card;
     std::vector<std::string> cardArguments;
@@ -173,6 +186,7 @@ int main(int argc, char** argv) {
                              sort == "aircraft" ? StatusOrder::aircraft : StatusOrder::urgency);
         if (*oil) return runOil(std::cout, options, tail.empty() ? std::nullopt : std::optional(tail));
         if (*moveComponent) return runMoveComponent(std::cout, options, moveRequest);
+        if (*moveEngine) return runMoveEngine(std::cout, options, engineRequest);
         if (*report) {
             if (cardList) return runReportList(std::cout, options.format);
             if (card.empty()) throw UsageError("report wants a card's name (mxbook report --list names them)");
