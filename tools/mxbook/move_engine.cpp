@@ -101,8 +101,8 @@ int runMoveEngine(std::ostream& out, const Options& options, const MoveEngineReq
         throw ArgumentError("engine " + request.engine + " already stands at " + request.to);
     const bool fromAircraft = !from.empty() && !isOffAircraft(from);
     const int id = row.field(engine::id).asInt();
-    const std::optional<int> place =
-        toType ? std::optional(placeAt(connection, request.to, id, request.place)) : std::nullopt;
+    // Onto an aircraft only.
+    const int place = toType ? placeAt(connection, request.to, id, request.place) : 0;
     const std::string serial = row.field(engine::serial).asText();
     const std::string type = row.field(engine::aircraftType).asText();
 
@@ -122,7 +122,7 @@ int runMoveEngine(std::ostream& out, const Options& options, const MoveEngineReq
     row.setValue(engine::moved, *date);
     if (toType) {
         row.setValue(engine::aircraftType, *toType);
-        row.setValue(engine::place, *place);
+        row.setValue(engine::place, place);
         FunDvigatelMoveToVS(connection, row, *toType, request.to, *date);
         FunAgregatCorrectTipNumVSDvigatel(connection, *toType, serial, *date, request.to);
     }
