@@ -24,6 +24,7 @@ void registerStatus(Fleet& fleet);
 void registerServerStatus(Fleet& fleet, RatioReporter& reporter);
 void registerBlobs();
 void registerMoves(Fleet& fleet);
+void registerEngineMoves(Fleet& fleet);
 void registerOil(Fleet& fleet);
 void registerReports(Fleet& fleet);
 

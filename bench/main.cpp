@@ -34,6 +34,7 @@ int main(int argc, char** argv) {
     bench::registerServerStatus(tenYears, reporter);
     bench::registerBlobs();
     bench::registerMoves(tenYears);
+    bench::registerEngineMoves(tenYears);
     bench::registerOil(tenYears);
     bench::registerReports(tenYears);
     benchmark::RunSpecifiedBenchmarks(&reporter);

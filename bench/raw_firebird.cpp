@@ -99,8 +99,17 @@ void RawDatabase::commitWrite() {
 }
 
 void RawDatabase::Statement::execute(const std::vector<std::string>& params) {
-    Status status(database_.master_);
     bind(params);
+    executeBound();
+}
+
+void RawDatabase::Statement::executeNullable(const std::vector<std::optional<std::string>>& params) {
+    bind(params);
+    executeBound();
+}
+
+void RawDatabase::Statement::executeBound() {
+    Status status(database_.master_);
     const bool returns = !outputBuffer_.empty();
     statement_->execute(&status, database_.writing_, input_, inputBuffer_.data(), returns ? output_ : nullptr,
                         returns ? outputBuffer_.data() : nullptr);
@@ -117,9 +126,32 @@ void RawDatabase::Statement::bind(const std::vector<std::string>& params) {
     }
 }
 
-int RawDatabase::Statement::run(const std::vector<std::string>& params, int limit) {
+void RawDatabase::Statement::bind(const std::vector<std::optional<std::string>>& params) {
     Status status(database_.master_);
+    for (unsigned i = 0; i < params.size(); ++i) {
+        const short null = params[i] ? 0 : -1;
+        if (params[i]) {
+            unsigned char* field = inputBuffer_.data() + input_->getOffset(&status, i);
+            const auto length = static_cast<unsigned short>(std::min<std::size_t>(params[i]->size(), textLength * 4));
+            std::memcpy(field, &length, sizeof length);
+            std::memcpy(field + sizeof length, params[i]->data(), length);
+        }
+        std::memcpy(inputBuffer_.data() + input_->getNullOffset(&status, i), &null, sizeof null);
+    }
+}
+
+int RawDatabase::Statement::run(const std::vector<std::string>& params, int limit) {
     bind(params);
+    return fetch(limit);
+}
+
+int RawDatabase::Statement::runNullable(const std::vector<std::optional<std::string>>& params, int limit) {
+    bind(params);
+    return fetch(limit);
+}
+
+int RawDatabase::Statement::fetch(int limit) {
+    Status status(database_.master_);
     IResultSet* rows = statement_->openCursor(&status, database_.transaction_, input_, inputBuffer_.data(), output_, 0);
     int count = 0;
     while (count != limit && rows->fetchNext(&status, outputBuffer_.data()) == IStatus::RESULT_OK) ++count;

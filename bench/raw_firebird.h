@@ -6,6 +6,7 @@
 #include <firebird/Interface.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,9 +32,15 @@ public:
         // Runs a statement without a cursor in the open write transaction;
         // what it returns (an insert's returning clause) is read into the row.
         void execute(const std::vector<std::string>& params);
+        // The same with parameters that may be null.
+        int runNullable(const std::vector<std::optional<std::string>>& params, int limit = -1);
+        void executeNullable(const std::vector<std::optional<std::string>>& params);
 
     private:
         void bind(const std::vector<std::string>& params);
+        void bind(const std::vector<std::optional<std::string>>& params);
+        int fetch(int limit);
+        void executeBound();
 
         RawDatabase& database_;
         Firebird::IStatement* statement_ = nullptr;
