@@ -56,19 +56,6 @@ struct Engine {
     std::string type;
 };
 
-// Answers every question about a flight on the move day No, as the console
-// would by policy, without writing it out; counts them.
-class ScriptedHost : public ConsoleHost {
-public:
-    ScriptedHost() { setToday(benchmarkToday); }
-    Answer messageBox(Window, const std::string&, const std::string&, unsigned flags) override {
-        if ((flags & box::buttonsMask) != box::yesNo) return Answer::ok;
-        ++asked;
-        return Answer::no;
-    }
-    int asked = 0;
-};
-
 void moveAndBack(db::Connection& connection, const Engine& e) {
     db::DataSet row(connection, engineSql);
     row.setParam("pID", e.id);
@@ -289,7 +276,7 @@ void planEngine(Plan& plan, db::Connection& connection, const Engine& e) {
 }
 
 std::shared_ptr<const Plan> planFor(db::Connection& connection, const std::vector<Engine>& engines) {
-    ScopedHost answering(std::make_shared<ScriptedHost>());
+    ScopedHost answering(std::make_shared<QuietHost>());
     auto plan = std::make_shared<Plan>(connection);
     db::UnitOfWork work(connection);
     for (const Engine& e : engines) planEngine(*plan, connection, e);
@@ -298,7 +285,7 @@ std::shared_ptr<const Plan> planFor(db::Connection& connection, const std::vecto
 }
 
 void moves(benchmark::State& state, Fleet& fleet, const std::vector<Engine>& engines) {
-    auto host = std::make_shared<ScriptedHost>();
+    auto host = std::make_shared<QuietHost>();
     ScopedHost answering(host);
     for (auto _ : state) {
         db::UnitOfWork work(fleet.connection);

@@ -19,10 +19,7 @@ Fleet::Fleet(const std::string& path_) : path(path_), raw(path_) {
 
 int main(int argc, char** argv) {
     using namespace mxbook;
-    auto host = std::make_shared<ConsoleHost>();
-    host->setToday(bench::benchmarkToday);
-    host->setQuestionPolicy(ConsoleHost::QuestionPolicy::alwaysNo);
-    ScopedHost installed(host);
+    ScopedHost installed(std::make_shared<bench::QuietHost>());
 
     benchmark::Initialize(&argc, argv);
     bench::Fleet tenYears(bench::cachedFleet(bench::tenYearFleet()));

@@ -28,7 +28,7 @@ constexpr const char* componentsSql =
     "GDE_STOIT in (select BORTOVOI_NOMER from REESTR) order by ID";
 
 struct Component {
-    int id;
+    int id = 0;
     std::string tail;
     std::string type;
     // Where the aircraft flew since the move date, both moves read the
@@ -62,7 +62,9 @@ std::vector<Component> componentsOf(Fleet& fleet) {
     db::UnitOfWork work(fleet.connection);
     db::DataSet rows(fleet.connection, componentsSql);
     for (rows.open(); !rows.eof(); rows.next()) {
-        Component component{rows.field(0).asInt(), rows.field(1).asText()};
+        Component component;
+        component.id = rows.field(0).asInt();
+        component.tail = rows.field(1).asText();
         db::DataSet aircraft(
             fleet.connection,
             "select first 1 TIP_VS, DATA_REMONTA from REESTR where BORTOVOI_NOMER = :pTAIL order by ID");
