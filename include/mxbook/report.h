@@ -45,6 +45,12 @@ void FunMainReportDvigatelPodrobno(db::Connection& connection, const std::string
 void FunMainReportHvostVintPodrobno(db::Connection& connection, const std::string& aircraftType,
                                     const std::string& hubSerial, const std::string& location);
 
+// The register card of one aircraft (REPORT_REESTR_PODROBNO): its register
+// row with its lives and what is left of them; with `withForms` not 0, also
+// its state and where it stands in its cycle of maintenance forms.
+void FunReportReestrPodrobno(db::Connection& connection, const std::string& aircraftType,
+                             const std::string& tailNumber, int withForms);
+
 // A card as a shell or a host names it.
 struct ReportCard {
     std::string_view command;    // "component"
