@@ -12,6 +12,7 @@
 #include "mxbook/environment.h"
 #include "mxbook/error.h"
 #include "mxbook/format.h"
+#include "mxbook/forms.h"
 #include "mxbook/host.h"
 #include "mxbook/movements.h"
 #include "mxbook/oil.h"
@@ -355,6 +356,16 @@ const std::vector<Callable>& callables() {
         callable(&FunPPRPlanDliaSniatVint, "FunPPRPlanDliaSniatVint", "ROW AIRCRAFT_TYPE TAIL", "a propeller's planned removal: TAIL's hours since overhaul plus what the propeller has left; 0:00 without a register row"),
         callable(&FunPPRPlanDliaSniatShlang, "FunPPRPlanDliaSniatShlang", "ROW AIRCRAFT_TYPE TAIL", "a hose's planned removal: TAIL's hours since overhaul plus what the hose has left; empty without a register row"),
         callable(&FunNarPlanSniatDvig, "FunNarPlanSniatDvig", "ROW USED_COLUMN LIMIT_COLUMN CARRIER_COUNTER", "the carrier's reading (from CARRIER_COUNTER, H:MM) at which the unit comes off: the limit (whole hours in LIMIT_COLUMN) less the hours used (USED_COLUMN); 0:00 below zero"),
+        // Forms due: ROW is a register row (@REESTR:ID; an engine's for the engine form); columns count from 0.
+        callable(&GetOstatTO, "GetOstatTO", "ROW HOURS_COLUMN TYPE_COLUMN COUNT_COLUMN", "the time to the next periodic form: H:MM, +H:MM of the tolerance once due, or 00:00"),
+        callable(&GetOstatF1, "GetOstatF1", "ROW HOURS_COLUMN TYPE_COLUMN COUNT_COLUMN", "the time to the next \"Ф-1\" form, or to the overhaul (18, 22) when that comes first: H:MM, +H:MM, or 00:00"),
+        callable(&GetOstatTODv, "GetOstatTODv", "ROW HOURS_COLUMN TYPE_COLUMN COUNT_COLUMN", "the time to the next engine form (PTO_FORMY_DVIG): H:MM, +H:MM of the tolerance once due, or 00:00"),
+        callable(&GetSledTO, "GetSledTO", "ROW HOURS_COLUMN TYPE_COLUMN", "the whole periodic intervals completed by the hours in HOURS_COLUMN"),
+        callable(&GetSledTODv, "GetSledTODv", "ROW HOURS_COLUMN TYPE_COLUMN", "the whole engine-form intervals completed by the hours in HOURS_COLUMN"),
+        callable(&GetNameF1, "GetNameF1", "AIRCRAFT_TYPE HOURS", "the name of the form of the cycle step that holds HOURS"),
+        callable(&GetNameSledF1, "GetNameSledF1", "AIRCRAFT_TYPE TAIL", "the name of TAIL's next form, from the periodic forms it has had"),
+        callable(&GetOstatTOPos, "GetOstatTOPos", "AIRCRAFT_TYPE TAIL SINCE", "the landings left until the landing-counted form (every 50, 5 of tolerance), counting TAIL's flights after SINCE up to today: 3, +3 or 0"),
+        callable(&GetOstatTOCalendar, "GetOstatTOCalendar", "ROW", "the days left until the calendar form, four months after the date in column 77: N дн., or 0 дн."),
         // Oil time: TAIL's flights since the oil change; limits in whole hours.
         callable(&FunNarMaslo, "FunNarMaslo", "TAIL KIND CHANGE_DATE ENGINE_POSITION", "the oil time of a kind of unit (ZEMLIA_AGREGATY, ZEMLIA_AGR_DVIG, ZEMLIA_DVIGATEL or ZEMLIA_REDUCTOR; engines at ENGINE_POSITION 0 to 2) from CHANGE_DATE to today"),
         callable(&FunNarMasloVSUChas, "FunNarMasloVSUChas", "TAIL CHANGE_DATE", "the APU's running time from CHANGE_DATE to today (with generator mode for the ТА-14-130)"),
