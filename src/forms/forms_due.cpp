@@ -91,9 +91,9 @@ Planning planning(db::Connection& connection, db::DataSet& row) {
     forms.open();
     if (forms.eof()) return {true, std::nullopt};
     const db::Field airframe = forms.field(1);
-    return {true, PerformedForm{airframe.isNull() ? Minutes()
-                                                  : operating_time::parseHoursColonTwoDigits(airframe.asText()),
-                                forms.field(0).asText() == lightFormName}};
+    return {true,
+            PerformedForm{airframe.isNull() ? Minutes() : operating_time::parseHoursColonTwoDigits(airframe.asText()),
+                          forms.field(0).asText() == lightFormName}};
 }
 
 Minutes workedMinutes(db::DataSet& row, int column) {
@@ -182,13 +182,11 @@ int intervalsCompleted(db::Connection& connection, db::DataSet& row, int hoursCo
 
 }  // namespace
 
-std::string GetOstatTO(db::Connection& connection, db::DataSet& row, int hoursColumn, int typeColumn,
-                       int countColumn) {
+std::string GetOstatTO(db::Connection& connection, db::DataSet& row, int hoursColumn, int typeColumn, int countColumn) {
     return timeToForm(connection, row, {hoursColumn, typeColumn, countColumn}, periodicForm);
 }
 
-std::string GetOstatF1(db::Connection& connection, db::DataSet& row, int hoursColumn, int typeColumn,
-                       int countColumn) {
+std::string GetOstatF1(db::Connection& connection, db::DataSet& row, int hoursColumn, int typeColumn, int countColumn) {
     return timeToForm(connection, row, {hoursColumn, typeColumn, countColumn}, lightForm);
 }
 

@@ -103,9 +103,9 @@ LeftBeforeForm leftBeforeForm(long long due, long long done, long long tolerance
 std::string timeLeftText(Minutes due, Minutes worked, int toleranceHours) {
     const LeftBeforeForm left = leftBeforeForm(due.count(), worked.count(), hours(toleranceHours).count());
     switch (left.state) {
-        case LeftBeforeForm::State::ahead: return operating_time::format(Minutes(left.amount));
-        case LeftBeforeForm::State::withinTolerance: return "+" + operating_time::format(Minutes(left.amount));
-        case LeftBeforeForm::State::overrun: break;
+    case LeftBeforeForm::State::ahead: return operating_time::format(Minutes(left.amount));
+    case LeftBeforeForm::State::withinTolerance: return "+" + operating_time::format(Minutes(left.amount));
+    case LeftBeforeForm::State::overrun: break;
     }
     return std::string(operating_time::doubleZero);
 }
@@ -113,9 +113,9 @@ std::string timeLeftText(Minutes due, Minutes worked, int toleranceHours) {
 std::string landingsLeftText(long long due, long long done, long long tolerance) {
     const LeftBeforeForm left = leftBeforeForm(due, done, tolerance);
     switch (left.state) {
-        case LeftBeforeForm::State::ahead: return std::to_string(left.amount);
-        case LeftBeforeForm::State::withinTolerance: return "+" + std::to_string(left.amount);
-        case LeftBeforeForm::State::overrun: break;
+    case LeftBeforeForm::State::ahead: return std::to_string(left.amount);
+    case LeftBeforeForm::State::withinTolerance: return "+" + std::to_string(left.amount);
+    case LeftBeforeForm::State::overrun: break;
     }
     return "0";
 }

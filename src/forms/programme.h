@@ -42,11 +42,11 @@ extern const ProgrammeKind engineProgramme;
 // A type's programme as values; the defaults stand when the type has none.
 struct Programme {
     bool found = false;
-    int interval = 150;       // hours between periodic forms (VREMIA_FORMA)
-    int lightInterval = 75;   // hours between "Ф-1" forms (VREMIA_F1)
-    int cycleSteps = 0;       // COL_VO_FORMA
-    int toleranceBefore = 20; // hours: the numbers before and after "%"
-    int toleranceAfter = 20;  // (an engine's one number is both)
+    int interval = 150;                  // hours between periodic forms (VREMIA_FORMA)
+    int lightInterval = 75;              // hours between "Ф-1" forms (VREMIA_F1)
+    int cycleSteps = 0;                  // COL_VO_FORMA
+    int toleranceBefore = 20;            // hours: the numbers before and after "%"
+    int toleranceAfter = 20;             // (an engine's one number is both)
     std::vector<std::string> stepNames;  // CASE0, CASE1, ... as far as the table has them
 };
 
