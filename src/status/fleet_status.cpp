@@ -12,6 +12,7 @@
 #include "mxbook/remaining_life.h"
 #include "mxbook/status.h"
 #include "mxbook/text.h"
+#include "form_lines.h"
 #include "register/known_tails.h"
 #include "units/unit_kinds.h"
 
@@ -221,6 +222,15 @@ std::vector<UnitStatus> fleetStatus(db::Connection& connection, const std::optio
     std::vector<std::vector<Line>> byAircraft(fleet.size());
     for (const UnitKind& kind : units::unitKinds())
         addUnits(connection, kind, fleet, tailNumber.has_value(), states, byAircraft);
+    // Each aircraft's next forms before its units.
+    for (std::size_t i = 0; i < fleet.size(); ++i) {
+        std::vector<Line> forms;
+        for (UnitStatus& form : status::formLines(connection, fleet[i].tail, fleet[i].type)) {
+            forms.push_back({0, states.size()});
+            states.push_back(std::move(form));
+        }
+        byAircraft[i].insert(byAircraft[i].begin(), forms.begin(), forms.end());
+    }
     // By aircraft and kind; urgency puts the tightest of them all first.
     std::vector<std::size_t> shown;
     shown.reserve(states.size());
