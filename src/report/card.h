@@ -176,5 +176,6 @@ const CardKind& gearboxCard();
 const CardKind& propellerCard();
 const CardKind& tailRotorCard();
 const CardKind& engineCard();
+const CardKind& registerCard();
 
 }  // namespace mxbook::report

@@ -78,6 +78,12 @@ void FunMainReportHvostVintPodrobno(db::Connection& connection, const std::strin
     build(connection, report::tailRotorCard(), {{"type", aircraftType}, {"location", location}, {"serial", hubSerial}});
 }
 
+void FunReportReestrPodrobno(db::Connection& connection, const std::string& aircraftType,
+                             const std::string& tailNumber, int withForms) {
+    build(connection, report::registerCard(), {{"type", aircraftType}, {"tail", tailNumber}},
+          {aircraftType, tailNumber, std::to_string(withForms)});
+}
+
 const std::vector<ReportCard>& reportCards() {
     static const std::vector<ReportCard> cards{
         {"component", "FunMainReportAgregatPodrobno", "REPORT_AGREGAT_PODROBNO", "ID", "a general component"},
@@ -94,6 +100,8 @@ const std::vector<ReportCard>& reportCards() {
         {"tail-rotor", "FunMainReportHvostVintPodrobno", "REPORT_HVOST_VINT_PODR", "TYPE HUB_SERIAL LOCATION",
          "a tail rotor, by its hub's serial number"},
         {"engine", "FunMainReportDvigatelPodrobno", "REPORT_DVIGATEL_PODROBNO", "TYPE SERIAL LOCATION", "an engine"},
+        {"register", "FunReportReestrPodrobno", "REPORT_REESTR_PODROBNO", "TYPE TAIL [--forms]",
+         "an aircraft in the register"},
     };
     return cards;
 }

@@ -139,10 +139,13 @@ int main(int argc, char** argv) {
     std::string card;
     std::vector<std::string> cardArguments;
     bool cardList = false;
+    bool cardForms = false;
     report->add_flag("--list", cardList, "each card, with the arguments it takes");
+    report->add_flag("--forms", cardForms, "the register card: the aircraft's state and maintenance forms too");
     report->add_option("card", card, "component, hub, sling, winch, apu-unit, zcu, apu, propeller, gearbox, tail-rotor, "
-                                     "engine, or the builder's name");
-    report->add_option("arguments", cardArguments, "the unit: an ID, or TYPE SERIAL LOCATION (see --list)");
+                                     "engine, register, or the builder's name");
+    report->add_option("arguments", cardArguments,
+                       "the unit: an ID, TYPE SERIAL LOCATION, or TYPE TAIL for an aircraft (see --list)");
     auto* call = app.add_subcommand("call", "call one library function by name and print what it returns");
     std::string function;
     std::vector<std::string> arguments;
@@ -190,6 +193,8 @@ int main(int argc, char** argv) {
         if (*report) {
             if (cardList) return runReportList(std::cout, options.format);
             if (card.empty()) throw UsageError("report wants a card's name (mxbook report --list names them)");
+            // A card's option goes to it among its arguments, as the card names it.
+            if (cardForms) cardArguments.push_back("--forms");
             return runReport(std::cout, options, card, cardArguments);
         }
         if (list) return runCallList(std::cout, options.format);

@@ -406,6 +406,7 @@ const std::vector<Callable>& callables() {
         callable(&FunMainReportReductorPodrobno, "FunMainReportReductorPodrobno", "AIRCRAFT_TYPE SERIAL LOCATION", "nothing: REPORT_REDUCTOR_PODROBNO holds a card for each gearbox with the serial number at LOCATION"),
         callable(&FunMainReportDvigatelPodrobno, "FunMainReportDvigatelPodrobno", "AIRCRAFT_TYPE SERIAL LOCATION", "nothing: REPORT_DVIGATEL_PODROBNO holds the card of the engine"),
         callable(&FunMainReportHvostVintPodrobno, "FunMainReportHvostVintPodrobno", "AIRCRAFT_TYPE HUB_SERIAL LOCATION", "nothing: REPORT_HVOST_VINT_PODR holds the card of the tail rotor whose hub has the serial number"),
+        callable(&FunReportReestrPodrobno, "FunReportReestrPodrobno", "AIRCRAFT_TYPE TAIL WITH_FORMS", "nothing: REPORT_REESTR_PODROBNO holds the register card of the aircraft; with WITH_FORMS not 0 its state and maintenance forms too"),
     };
     // clang-format on
     return all;

@@ -1,5 +1,7 @@
 // A report card as the library fills it: the builder run on the main
 // database, then its report table read back and printed.
+#include <algorithm>
+
 #include "commands.h"
 #include "mxbook/report.h"
 #include "registry.h"
@@ -42,6 +44,14 @@ void printJson(std::ostream& out, const FilledReport& filled) {
     out << "]\n";
 }
 
+// The option a card takes in place of its builder's last argument, as its
+// arguments name it ("[--forms]"); none for most cards.
+std::optional<std::string> switchOf(const ReportCard& card) {
+    const std::size_t open = card.arguments.find("[--");
+    if (open == std::string_view::npos) return std::nullopt;
+    return std::string(card.arguments.substr(open + 1, card.arguments.find(']', open) - open - 1));
+}
+
 }  // namespace
 
 int runReport(std::ostream& out, const Options& options, const std::string& name,
@@ -49,12 +59,24 @@ int runReport(std::ostream& out, const Options& options, const std::string& name
     const ReportCard* card = findReportCard(name);
     if (!card) throw UsageError("no report card " + name + " (mxbook report --list names them)");
     const Callable* builder = findCallable(card->function);
-    if (arguments.size() != builder->parameters.size())
+    // A card's option comes among the arguments as given; the builder takes
+    // it as its last argument, 1 when given, else 0.
+    std::vector<std::string> given = arguments;
+    const auto option =
+        std::find_if(given.begin(), given.end(), [](const std::string& argument) { return argument.starts_with("--"); });
+    const std::optional<std::string> cardSwitch = switchOf(*card);
+    if (option != given.end() && *option != cardSwitch)
+        throw UsageError("the " + std::string(card->command) + " card takes no " + *option, usageOf(*card));
+    const bool switched = option != given.end();
+    if (switched) given.erase(option);
+    const std::size_t count = given.size();
+    if (cardSwitch) given.push_back(switched ? "1" : "0");
+    if (given.size() != builder->parameters.size())
         throw UsageError("the " + std::string(card->command) + " card takes " + std::string(card->arguments) + ", " +
-                             std::to_string(arguments.size()) + " given",
+                             std::to_string(count) + " given",
                          usageOf(*card));
     CallContext context(options);
-    invokeChecked(*builder, context, arguments, usageOf(*card));
+    invokeChecked(*builder, context, given, usageOf(*card));
     const FilledReport filled = readReport(context.connection(), card->table);
     if (filled.rows.empty()) {
         std::string asked;
