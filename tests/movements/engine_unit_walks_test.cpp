@@ -46,8 +46,9 @@ TEST_F(EngineUnitWalksTest, RePointingTakesTheTypesEntryAndTheAircraftsOwnerAcro
         {1, 10, oldType, "НП-25"}, {2, 20, newType, "НП-25"}, {3, 19, newType, "НП-25"}, {4, 11, oldType, "КП-3"}};
     for (const auto& [id, key, type, drawing] : entries)
         insert("ETAAGREGAT", {{"ID", id}, {"ID_NAME", key}, {"TIP_VS", type}, {"CHERT_NOMER", drawing}});
-    const std::pair<const char*, db::Value> owners[] = {{"A", 1}, {"B", 2}, {"C", 2}, {"N", {}}};
-    for (const auto& [owner, group] : owners) insert("SOBSTVENNIKI", {{"ID_NAME", owner}, {"GRUPPA", group}});
+    const std::pair<const char*, int> owners[] = {{"A", 1}, {"B", 2}, {"C", 2}, {"N", -1}};  // -1: no group
+    for (const auto& [owner, group] : owners)
+        insert("SOBSTVENNIKI", {{"ID_NAME", owner}, {"GRUPPA", group < 0 ? db::Value() : db::Value(group)}});
     aircraft("RA-2", "B");  // group 2
     aircraft("RA-3", "Z");  // no owner row: group 0
     const struct {
