@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 
+#include "aircraft_facts.h"
 #include "benchmarks.h"
 #include "fleet_cache.h"
 #include "mxbook/data.h"
@@ -50,7 +51,7 @@ public:
     // The statements the oil time runs for `source`, in its order.
     void oil(const Source& source) {
         add("Select TIP_VS, DATA_REMONTA From REESTR Where BORTOVOI_NOMER=? Order By ID", {source.tail});
-        const Aircraft& aircraft = aircraftOf(source.tail);
+        const AircraftFacts& aircraft = aircraftOf(source.tail);
         if (!aircraft.registered) return;
         if (aircraft.repaired)
             add("Select First 1 ID From Spravka Where Bortovoi_nomer=? And Data_poleta>=?",
@@ -85,38 +86,13 @@ public:
     const std::vector<Query>& queries() const { return queries_; }
 
 private:
-    struct Aircraft {
-        bool registered = false;
-        std::string type;
-        std::optional<Date> repaired;
-        bool flewSinceRepair = false;
-    };
-
-    const Aircraft& aircraftOf(const std::string& tail) {
-        const auto known = aircraft_.find(tail);
-        if (known != aircraft_.end()) return known->second;
-        Aircraft found;
-        db::DataSet reg = query("select TIP_VS, DATA_REMONTA from REESTR where BORTOVOI_NOMER = :pTAIL order by ID",
-                                {{"pTAIL", tail}});
-        if (!reg.eof()) {
-            found.registered = true;
-            found.type = reg.field(0).asText();
-            if (!reg.field(1).isNull()) found.repaired = reg.field(1).asDate();
-            db::DataSet flight =
-                found.repaired ? query("select first 1 ID from Spravka where Bortovoi_nomer = :pTAIL and Data_poleta >= "
-                                       ":pSINCE",
-                                       {{"pTAIL", tail}, {"pSINCE", *found.repaired}})
-                               : query("select first 1 ID from Spravka where Bortovoi_nomer = :pTAIL", {{"pTAIL", tail}});
-            found.flewSinceRepair = !flight.eof();
-        }
-        return aircraft_.emplace(tail, found).first->second;
-    }
+    const AircraftFacts& aircraftOf(const std::string& tail) { return aircraft_.of(tail); }
 
     db::Connection& connection_;
     std::vector<std::string> texts_;
     std::map<std::string, int> indexes_;
     std::vector<Query> queries_;
-    std::map<std::string, Aircraft> aircraft_;
+    AircraftFactsCache aircraft_{connection_};
 };
 
 std::optional<Date> dateOf(const db::DataSet& row, int column) {

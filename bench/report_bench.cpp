@@ -18,6 +18,7 @@
 #include <memory>
 #include <optional>
 
+#include "aircraft_facts.h"
 #include "benchmarks.h"
 #include "fleet_cache.h"
 #include "mxbook/data.h"
@@ -97,7 +98,7 @@ public:
     void oil(const std::string& tail, std::optional<Date> start, const std::string& columns,
              const std::string& groundColumns, const std::string& aircraftType) {
         read("Select TIP_VS, DATA_REMONTA From REESTR Where BORTOVOI_NOMER=? Order By ID", {tail});
-        const Aircraft& aircraft = aircraftOf(tail);
+        const AircraftFacts& aircraft = aircraftOf(tail);
         if (!aircraft.registered) return;
         if (aircraft.repaired)
             read("Select First 1 ID From Spravka Where Bortovoi_nomer=? And Data_poleta>=?",
@@ -140,39 +141,14 @@ public:
     }
 
 private:
-    struct Aircraft {
-        bool registered = false;
-        std::string type;
-        std::optional<Date> repaired;
-        bool flewSinceRepair = false;
-    };
-
-    const Aircraft& aircraftOf(const std::string& tail) {
-        const auto known = aircraft_.find(tail);
-        if (known != aircraft_.end()) return known->second;
-        Aircraft found;
-        db::DataSet reg = query("select TIP_VS, DATA_REMONTA from REESTR where BORTOVOI_NOMER = :pTAIL order by ID",
-                                {{"pTAIL", tail}});
-        if (!reg.eof()) {
-            found.registered = true;
-            found.type = reg.field(0).asText();
-            found.repaired = dateOf(reg, 1);
-            db::DataSet flight =
-                found.repaired
-                    ? query("select first 1 ID from Spravka where Bortovoi_nomer = :pTAIL and Data_poleta >= :pSINCE",
-                            {{"pTAIL", tail}, {"pSINCE", *found.repaired}})
-                    : query("select first 1 ID from Spravka where Bortovoi_nomer = :pTAIL", {{"pTAIL", tail}});
-            found.flewSinceRepair = !flight.eof();
-        }
-        return aircraft_.emplace(tail, found).first->second;
-    }
+    const AircraftFacts& aircraftOf(const std::string& tail) { return aircraft_.of(tail); }
 
     db::Connection& connection_;
     std::vector<std::string> texts_;
     std::map<std::string, int> indexes_;
     std::vector<UnitSteps> units_;
     UnitSteps current_;
-    std::map<std::string, Aircraft> aircraft_;
+    AircraftFactsCache aircraft_{connection_};
 };
 
 // The carrier queries of the remaining-life functions.

@@ -1,0 +1,29 @@
+#include "aircraft_facts.h"
+
+#include "mxbook/data/data_set.h"
+
+namespace mxbook::bench {
+
+const AircraftFacts& AircraftFactsCache::of(const std::string& tail) {
+    const auto known = facts_.find(tail);
+    if (known != facts_.end()) return known->second;
+    AircraftFacts found;
+    db::DataSet reg(connection_, "select TIP_VS, DATA_REMONTA from REESTR where BORTOVOI_NOMER = :pTAIL order by ID");
+    reg.setParam("pTAIL", tail);
+    reg.open();
+    if (!reg.eof()) {
+        found.registered = true;
+        found.type = reg.field(0).asText();
+        if (!reg.field(1).isNull()) found.repaired = reg.field(1).asDate();
+        db::DataSet flight(connection_, found.repaired ? "select first 1 ID from Spravka where Bortovoi_nomer = :pTAIL "
+                                                         "and Data_poleta >= :pSINCE"
+                                                       : "select first 1 ID from Spravka where Bortovoi_nomer = :pTAIL");
+        flight.setParam("pTAIL", tail);
+        if (found.repaired) flight.setParam("pSINCE", *found.repaired);
+        flight.open();
+        found.flewSinceRepair = !flight.eof();
+    }
+    return facts_.emplace(tail, found).first->second;
+}
+
+}  // namespace mxbook::bench
