@@ -393,6 +393,94 @@ std::function<void(Plan&, db::DataSet&)> oilWalk(int column) {
     };
 }
 
+// The register card's: with the forms asked for and shown, the aircraft's
+// programme, its latest form performed, and the queries of the forms-due
+// functions for the next periodic form (r31) and the next "Ф-1" (r32).
+void registerReads(Plan& plan, db::DataSet& row) {
+    enum : int { id = 0, type = 1, tail = 3, overhauled = 8, hoursSinceOverhaul = 22, periodicDone = 33, lightDone = 34,
+                 showsForms = 64 };
+    // PTO_FORMY
+    enum : int { lightInterval = 2, periodicInterval = 3, steps = 5, stepNames = 7 };
+    constexpr const char* cardProgramme = "select * from PTO_FORMY where TIP_VS = ? order by ID";
+    constexpr const char* formsProgramme = "Select * From PTO_FORMY Where TIP_VS=? Order By ID";
+    const std::string performed =
+        "select first 1 f.* from VYPOLNENNYE_FORMY f "
+        "join REESTR r on f.TIP_VS = r.TIP_VS and f.BORTOVOY_NOMER = r.BORTOVOI_NOMER "
+        "where r.ID = ? and not upper(f.FORMA_TO) like upper('%Раз.работы%') "
+        "order by f.DATA_ISPRAVNOSTI desc, f.ID desc";
+    const auto number = [](const db::DataSet& rows, int column) { return isSet(rows, column) ? rows.field(column).asInt() : 0; };
+    const auto closesCycle = [](const std::string& name) {
+        return name == "АРЗ" || name == "Продление" || name == "Списание";
+    };
+
+    if (!equals(row, showsForms, 1) || !isSet(row, type)) return;
+    const std::string aircraft = textOf(row, type);
+    plan.read(cardProgramme, {aircraft});  // r26
+    db::DataSet programme =
+        plan.query("select * from PTO_FORMY where TIP_VS = :pTIP order by ID", {{"pTIP", aircraft}});
+    if (programme.eof() || textOf(programme, stepNames) == "АРЗ") return;
+
+    plan.read(performed, {textOf(row, id)});  // r28: a "Ф-1" is named by its step
+    {
+        std::string named = performed;
+        named.replace(named.find('?'), 1, ":pID");
+        db::DataSet form = plan.query(named, {{"pID", row.field(id).value()}});
+        if (!form.eof() && textOf(form, 3) == "Ф-1") plan.read(formsProgramme, {aircraft});
+    }
+
+    // The planning from the last form performed, when the type has it.
+    const auto planning = [&] {
+        const char* typePlans = "Select First 1 ID From TIPOVYE_DANNYE_VS Where TIP_VS=? And PTO_PLAN_OT_PRED_NAR=1";
+        plan.read(typePlans, {aircraft});
+        if (plan.query("Select First 1 ID From TIPOVYE_DANNYE_VS Where TIP_VS=:pTIP And PTO_PLAN_OT_PRED_NAR=1",
+                       {{"pTIP", aircraft}})
+                .eof())
+            return;
+        const std::string tailNumber = textOf(row, tail);
+        const std::string lastForm =
+            "Select First 1 FORMA_TO, PLANER_PPR From VYPOLNENNYE_FORMY Where TIP_VS=? And BORTOVOY_NOMER=? ";
+        const std::string rest = "And FORMA_TO<>'Раз.работы' And FORMA_TO<>'Разовые работы' "
+                                 "Order By DATA_ISPRAVNOSTI Desc, ID Desc";
+        if (isSet(row, overhauled))
+            plan.read(lastForm + "And DATA_ISPRAVNOSTI>=? " + rest, {aircraft, tailNumber, dateParam(*dateOf(row, overhauled))});
+        else
+            plan.read(lastForm + "And DATA_ISPRAVNOSTI Is Not Null " + rest, {aircraft, tailNumber});
+    };
+
+    const int light = number(programme, lightInterval), periodic = number(programme, periodicInterval);
+    const bool halves = light * 2 == periodic;
+    if (!halves && light != periodic) return;
+    // r30: the step the aircraft stands at, among the steps that count.
+    std::string step;
+    for (int i = 0, counted = 0, done = number(row, periodicDone); i < number(programme, steps); ++i) {
+        if (textOf(programme, i).empty()) continue;
+        const std::string name = textOf(programme, stepNames + i);
+        if (halves && periodic != 0 && light * (i + 7) % periodic != 0 && !closesCycle(name)) continue;
+        if (counted++ == done) {
+            step = name;
+            break;
+        }
+    }
+    if (!closesCycle(step)) plan.read(formsProgramme, {aircraft}), planning();  // r31
+    if (!halves) return;
+    plan.read(formsProgramme, {aircraft});  // r32
+    if (number(programme, steps) / 2 - 2 <= number(row, lightDone)) {
+        const auto date = [&](const char* column) -> std::optional<Date> {
+            const db::Field field = row.field(std::string_view(column));
+            return field.isNull() ? std::nullopt : std::optional<Date>(field.asDate());
+        };
+        if (date("DATA_TO") < date("DATA_F1")) return;
+        plan.read("Select VREMIA_FORMA From PTO_FORMY Where TIP_VS=? Order By ID", {aircraft});
+        const std::string worked = textOf(row, hoursSinceOverhaul);
+        const long long whole =
+            worked.size() < 3 ? 0 : std::max(0LL, std::strtoll(worked.substr(0, worked.size() - 3).c_str(), nullptr, 10));
+        const long long due = periodic == 0 ? 0 : (whole / periodic * periodic + light) * 60LL;
+        const db::Field overhaulHours = row.field(std::string_view("MEGREMONTNY_CHAS"));
+        if ((overhaulHours.isNull() ? 0 : overhaulHours.asInt()) * 60LL < due) return;
+    }
+    planning();
+}
+
 struct Case {
     std::string name;
     std::string table;   // the report table
@@ -406,6 +494,7 @@ struct Case {
     // The lookups and calculations' queries of one row the select finds.
     std::function<void(Plan&, db::DataSet&)> reads;
     bool everyRow = false;  // the card writes every row the select finds, not the first
+    bool writesKey = false;  // the card writes the table's key (column 0) itself
 };
 
 std::vector<Case> cases() {
@@ -472,11 +561,17 @@ std::vector<Case> cases() {
          columns({1, 6, 14}), {0, 2, 1},
          [](db::Connection& c, const std::vector<std::string>& p) { FunMainReportHvostVintPodrobno(c, p[0], p[1], p[2]); },
          tailRotorReads},
+        // Every aircraft, its forms asked for.
+        {"FunReportReestrPodrobno/REESTR", "REPORT_REESTR_PODROBNO", all("REESTR"),
+         "select * from REESTR where TIP_VS = ? and BORTOVOI_NOMER = ? order by BORTOVOI_NOMER",
+         [](db::DataSet& row) { return std::vector<std::string>{textOf(row, 1), textOf(row, 3), "1"}; }, {0, 1},
+         [](db::Connection& c, const std::vector<std::string>& p) { FunReportReestrPodrobno(c, p[0], p[1], std::stoi(p[2])); },
+         registerReads, false, true},
     };
 }
 
 // The row the library's card wrote for the unit, as the floor inserts it.
-void insertsOf(Plan& plan, db::Connection& connection, const std::string& table) {
+void insertsOf(Plan& plan, db::Connection& connection, const std::string& table, bool writesKey) {
     const FilledReport filled = readReport(connection, table);
     for (const auto& cells : filled.rows) {
         std::string names, markers, returning;
@@ -484,7 +579,7 @@ void insertsOf(Plan& plan, db::Connection& connection, const std::string& table)
         for (std::size_t column = 0; column < filled.columns.size(); ++column) {
             const std::string name = "\"" + filled.columns[column] + "\"";
             returning += (returning.empty() ? "" : ", ") + name;
-            if (column == 0 || !cells[column]) continue;
+            if ((column == 0 && !writesKey) || !cells[column]) continue;
             names += (names.empty() ? "" : ", ") + name;
             markers += markers.empty() ? "?" : ", ?";
             values.push_back(*cells[column]);
@@ -525,7 +620,7 @@ std::shared_ptr<const Prepared> prepare(db::Connection& connection, const Case& 
         source.close();
         if (found) plan->read("select * from " + c.table + " order by ID", {});
         c.call(connection, unit);
-        insertsOf(*plan, connection, c.table);
+        insertsOf(*plan, connection, c.table, c.writesKey);
         plan->endUnit();
         prepared->params.push_back(unit);
     }
