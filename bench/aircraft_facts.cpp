@@ -1,8 +1,20 @@
 #include "aircraft_facts.h"
 
+#include <algorithm>
+
 #include "mxbook/data/data_set.h"
 
 namespace mxbook::bench {
+
+std::optional<Date> dateOf(const db::DataSet& row, int column) {
+    if (row.field(column).isNull()) return std::nullopt;
+    return row.field(column).asDate();
+}
+
+std::optional<Date> later(std::optional<Date> a, std::optional<Date> b) {
+    if (!a || !b) return a ? a : b;
+    return std::max(*a, *b);
+}
 
 const AircraftFacts& AircraftFactsCache::of(const std::string& tail) {
     const auto known = facts_.find(tail);

@@ -8,9 +8,14 @@
 #include <string>
 
 #include "mxbook/data/connection.h"
+#include "mxbook/data/data_set.h"
 #include "mxbook/date.h"
 
 namespace mxbook::bench {
+
+// A row's date, none when the column is empty; the later of two dates, either absent.
+std::optional<Date> dateOf(const db::DataSet& row, int column);
+std::optional<Date> later(std::optional<Date> a, std::optional<Date> b);
 
 struct AircraftFacts {
     bool registered = false;

@@ -95,16 +95,6 @@ private:
     AircraftFactsCache aircraft_{connection_};
 };
 
-std::optional<Date> dateOf(const db::DataSet& row, int column) {
-    if (row.field(column).isNull()) return std::nullopt;
-    return row.field(column).asDate();
-}
-
-std::optional<Date> later(std::optional<Date> a, std::optional<Date> b) {
-    if (!a || !b) return a ? a : b;
-    return std::max(*a, *b);
-}
-
 constexpr const char* airframeGround = "ZEMLIA_AGREGATY, KOL_VO_ZEMLIA_AGREGATY";
 
 // A unit row's oil: airframe time from the later of its oil change and its installation.

@@ -35,16 +35,6 @@ constexpr int unitsPerCase = 1000;
 
 std::string dateParam(Date date) { return formatDate(date, "yyyy-mm-dd"); }
 
-std::optional<Date> dateOf(const db::DataSet& row, int column) {
-    if (row.field(column).isNull()) return std::nullopt;
-    return row.field(column).asDate();
-}
-
-std::optional<Date> later(std::optional<Date> a, std::optional<Date> b) {
-    if (!a || !b) return a ? a : b;
-    return std::max(*a, *b);
-}
-
 bool isSet(const db::DataSet& row, int column) { return !row.field(column).isNull(); }
 bool equals(const db::DataSet& row, int column, int value) {
     return isSet(row, column) && row.field(column).asInt() == value;

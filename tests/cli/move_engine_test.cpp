@@ -61,10 +61,7 @@ protected:
 private:
     std::string root() const { return (folder_.path() / "velmo").string(); }
     db::Connection database() const {
-        db::Connection connection("Provider=LCPI.IBProvider.5.Free;User ID=SYSDBA;Location=" + root() +
-                                  "/VELMO/NALET.FDB");
-        connection.open();
-        return connection;
+        return testing::openMainDatabase(root());
     }
     testing::TempFolder folder_;
 };

@@ -40,10 +40,7 @@ protected:
     }
     void execute(const std::string& sql) const { database().execute(sql); }
     db::Connection database() const {
-        db::Connection connection("Provider=LCPI.IBProvider.5.Free;User ID=SYSDBA;Location=" + root() +
-                                  "/VELMO/NALET.FDB");
-        connection.open();
-        return connection;
+        return testing::openMainDatabase(root());
     }
     std::string unit111() const {
         db::Connection connection = database();

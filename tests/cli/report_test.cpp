@@ -19,9 +19,7 @@ protected:
     static void SetUpTestSuite() {
         folder_ = std::make_unique<testing::TempFolder>();
         ASSERT_EQ(run({"init"}).exitCode, 0);
-        db::Connection connection("Provider=LCPI.IBProvider.5.Free;User ID=SYSDBA;Location=" + root() +
-                                  "/VELMO/NALET.FDB");
-        connection.open();
+        db::Connection connection = testing::openMainDatabase(root());
         connection.execute("insert into ETAAGREGAT (ID, ID_NAME, NAZVANIE, CHERT_NOMER) values (1, 7, 'Насос', 'НП-1')");
         connection.execute(
             "insert into AGREGAT (ID, ID_NAME, ZAVODSKOI_NOMER, TIP_VS, GDE_STOIT, KOL_VO_REMONTOV, SROK_OBSH) "

@@ -52,4 +52,10 @@ Outcome runMxbook(const std::vector<std::string>& arguments, const std::filesyst
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile(out), readFile(err)};
 }
 
+db::Connection openMainDatabase(const std::string& root) {
+    db::Connection connection("Provider=LCPI.IBProvider.5.Free;User ID=SYSDBA;Location=" + root + "/VELMO/NALET.FDB");
+    connection.open();
+    return connection;
+}
+
 }  // namespace mxbook::testing

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "mxbook/data/connection.h"
+
 namespace mxbook::testing {
 
 struct Outcome {
@@ -24,5 +26,8 @@ struct RunOptions {
 // standard input; its output passes through files in `folder`.
 Outcome runMxbook(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
                   const RunOptions& options = {});
+
+// The main database `mxbook init --root ROOT` created, opened.
+db::Connection openMainDatabase(const std::string& root);
 
 }  // namespace mxbook::testing

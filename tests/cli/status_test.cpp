@@ -23,9 +23,7 @@ protected:
     static void SetUpTestSuite() {
         folder_ = std::make_unique<testing::TempFolder>();
         ASSERT_EQ(run({"init"}).exitCode, 0);
-        db::Connection connection("Provider=LCPI.IBProvider.5.Free;User ID=SYSDBA;Location=" + root() +
-                                  "/VELMO/NALET.FDB");
-        connection.open();
+        db::Connection connection = testing::openMainDatabase(root());
         for (const char* tail : {"RA-21001", "RA-21002", "RA-31001"})
             connection.execute(std::string("insert into REESTR (BORTOVOI_NOMER, TIP_VS, NARABOTKA_PPR_CHASOV) "
                                            "values ('") + tail + "', 'Ми-8', '2000:00')");
